@@ -1,0 +1,4 @@
+#include "doc/globals.h"
+
+long gFrameRate = 2997;
+long gCurFrame = 0;

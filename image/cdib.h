@@ -1,0 +1,93 @@
+#pragma once
+// CDIB: the one raster image of the program, in the layout of a device-independent bitmap.
+//
+// Pixels live in storage rows, padded to 4 bytes, bottom row first: storage row 0 is the bottom
+// line of the picture. Depths: 8 (palette index), 16 (5-5-5, little-endian word), 24 (B, G, R),
+// 32 (B, G, R, A). Sizes 1 to 8192 in each direction. Colours passed as one value are 0x00BBGGRR.
+//
+// Every operation checks for a header first and answers false / 0 / null, or does nothing,
+// when the image is empty.
+
+#include <cstdint>
+
+#include "platform/base/types.h"
+
+// The 40-byte bitmap information header, little-endian, followed in the same block by the palette.
+struct BitmapInfoHeader {
+    uint32_t biSize;  // always 40
+    int32_t biWidth;
+    int32_t biHeight;  // positive: bottom-up rows
+    uint16_t biPlanes;
+    uint16_t biBitCount;
+    uint32_t biCompression;
+    uint32_t biSizeImage;
+    int32_t biXPelsPerMeter;
+    int32_t biYPelsPerMeter;
+    uint32_t biClrUsed;
+    uint32_t biClrImportant;
+};
+static_assert(sizeof(BitmapInfoHeader) == 40, "the bitmap information header is 40 bytes");
+
+struct PaletteEntry {
+    uint8_t blue;
+    uint8_t green;
+    uint8_t red;
+    uint8_t reserved;
+};
+
+constexpr long kMaxImageSide = 8192;
+
+class CDIB {
+public:
+    // Creates the image; a failed Create leaves it empty (no header), with nothing reported.
+    CDIB(long width, long height, int bitsPerPixel);
+    virtual ~CDIB();
+    CDIB(const CDIB&) = delete;
+    CDIB& operator=(const CDIB&) = delete;
+
+    // Same width, height and depth as now: true at once, pixels kept. Otherwise a new all-zero
+    // image; false (image unchanged) when a side is outside 1..8192, false and empty when memory
+    // runs out.
+    virtual bool Create(long width, long height, int bitsPerPixel);
+
+    // Width and |height| in pixels; with a non-zero multiple, (value / multiple + 1) * multiple:
+    // always one whole multiple of slack, also for exact multiples. 0 without a header.
+    int GetWid(int multiple = 0) const;
+    int GetHgt(int multiple = 0) const;
+    // Bit count of the header; 0 without a header.
+    int GetBitCount() const;
+    // Bytes per storage row: pixel bytes padded to a multiple of 4.
+    long GetRowBytes() const;
+    // First byte of storage row `row`; null without a header.
+    unsigned char* GetBitsAdd(int row) const;
+    // The palette entries that follow the header (256 for 8-bit images); null without a header.
+    PaletteEntry* GetPalette() const;
+
+    // Copies min(row size, maxBytes) bytes of storage row `row` into buffer.
+    void GetLine(int row, unsigned char* buffer, long maxBytes) const;
+    // Copies one whole row (row size bytes) from buffer into storage row `row`.
+    void PutLine(int row, const unsigned char* buffer);
+
+    // Copies the pixels (not the palette); with create, makes the destination the same size first.
+    bool Copy(CDIB* destination, bool create) const;
+    // Cuts a rectangle given in top-down picture coordinates; picture line y comes from storage
+    // row height - y (one line of shift, top line black), parts outside the picture are black.
+    bool CopyCrop(CDIB* destination, const tagRECT& rectangle) const;
+    // Nearest-neighbour scale into the already created destination, inside a frame of `border`
+    // pixels of borderColour on every side.
+    bool CopyScale(CDIB* destination, long borderColour, int border) const;
+    // An 8-bit copy: grey ramp or 3-3-2 colour.
+    bool Create8Bit(CDIB* destination, bool grey) const;
+
+    bool Flop();         // mirrors the storage rows top to bottom
+    bool FlopFields();   // swaps the two fields of an interlaced frame
+    bool FlopRGB2BGR();  // swaps the first and third byte of every pixel
+    bool SetAlpha(int alpha);  // 32-bit only
+
+    // Owned blocks; public because the readers, filters and renderers work on them directly.
+    BitmapInfoHeader* header = nullptr;  // header + palette, one block
+    unsigned char* bits = nullptr;       // pixel block, AllocMemBlock / FreeMemBlock
+    int16_t nominalWidth = 0;            // as asked of Create, or as read from a file
+    int16_t nominalHeight = 0;
+    bool useRotFilter = false;  // the camera filters take their rotating path for this source
+};

@@ -1,0 +1,29 @@
+#pragma once
+// The settings store: one text of at most 1,023 characters, "[" name "]" CR LF, then
+// key=value CR LF lines in the order the keys were first stored. Loaded once at start, saved once
+// at exit; everything in between works on the text in memory.
+
+#include <cstddef>
+
+constexpr int kIniSize = 1024;  // the buffer; the text is at most kIniSize - 1 characters
+extern char gIniString[kIniSize];
+
+// Copies the value of `key` into `out` (at most `max` characters plus a terminator), or the
+// default, itself cut to `max` characters, when the key is absent or has no line end.
+void GetIniString(const char* key, const char* defaultValue, char* out, long max);
+// The value of `key` read as a signed decimal number ("-12" is -12; not a number gives 0).
+long GetIniItem(const char* key, long defaultValue);
+// Stores `value` under `key`; removes the CRs of `value` in place first. A change that would take
+// the text past 1,023 characters is refused and the old value stays.
+void SetIniItem(const char* key, char* value);
+void SetIniItem(const char* key, long value);
+
+// Reads the settings file of the program named in gEnv from the preferences folder
+// ($XDG_CONFIG_HOME, else ~/.config); a file that does not hold the name is reset to the header.
+void LoadIniFile();
+// Writes the text to the settings file, replacing the old file whole.
+void SaveIniFile();
+
+// The store as LoadIniFile leaves it after reading `count` bytes: used by LoadIniFile itself, by
+// tests and by the fuzzer. Reads at most kIniSize bytes.
+void LoadIniText(const char* bytes, size_t count);
