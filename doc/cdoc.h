@@ -1,0 +1,151 @@
+#pragma once
+// CDoc: the show document, the one model of the program. Pictures laid end to end on one time
+// line, each with its camera keys, held in fixed tables that never grow.
+//
+// Picture indices are 0-based and below kMaxPictures; key indices below kMaxKeys. Indices out of
+// range are ignored silently (reads leave their output untouched).
+
+#include <cstdint>
+
+#include "doc/key.h"
+#include "image/cdib.h"
+#include "platform/file/fspec.h"
+
+constexpr int kMaxPictures = 64;
+constexpr int kMaxKeys = 64;
+constexpr int kUndoEntries = 32;
+// The tables have one more picture slot than a show may use: scratch space for picture swaps.
+constexpr int kPictureSlots = kMaxPictures + 1;
+constexpr int kTextSetting = 256;  // folder settings: 255 characters and a terminator
+
+// Undo action codes kept in an entry's Reserved[1] (0..63: the index of the key to swap back).
+constexpr int kUndoRedelete = 96;
+constexpr int kUndoDeletedKey = 97;
+constexpr int kUndoPictureSwap = 98;
+
+class CDoc {
+public:
+    CDoc();
+    ~CDoc();
+    CDoc(const CDoc&) = delete;
+    CDoc& operator=(const CDoc&) = delete;
+
+    // Empties the show: no pictures, every slot one key at (200, 200) width 100, empty undo ring.
+    void ClearShow();
+
+    // Start frame of a picture (its key 0 PicStart, truncated toward zero); 0 out of range.
+    long GetPicStart(int pic) const;
+    void SetPicStart(long frame, int pic);
+
+    // Copies key `key` of picture `pic`; leaves `out` untouched for an index of 64 or more.
+    void GetKey(int key, KeyStruct& out, int pic) const;
+    // Stores a key and marks the show modified. At or past the key count it appends (the count
+    // grows by one, never above 64). Index 64 addresses key 0 of the following slot.
+    void SetKey(int key, const KeyStruct& in, int pic);
+    int GetKeyCount(int pic) const;
+
+    // The picture on screen at an absolute frame; the last picture when no start matches.
+    int FindCurPic(long frame) const;
+    // The first key of the picture at `frame` within 3 frames of it, or -1.
+    int FindKey(long frame) const;
+    // Orders a picture's keys by Frame (selection sort: the earliest-stored of equal minima wins).
+    void SortKeys(int pic);
+    // Removes one key, recording it for undo first.
+    void DeleteKey(int key, int pic);
+    // Every key of every picture in use goes back to the show's default ease.
+    void DefaultEase();
+    // True when rotation is forced on, or any key of the picture turns (or holds a NaN) in any of
+    // its three rotation values: the renderer then takes the rotating filter.
+    bool HasRotationInShow(int pic) const;
+
+    // The camera of picture `pic` at absolute `frame`: position and width on the fitted curve,
+    // the three rotations on straight lines, and the ease code of the segment in force.
+    // secondField samples half a frame later (the second field of an interlaced frame).
+    void QueueKey(KeyStruct* out, int pic, long frame, int secondField) const;
+
+    // --- Timing edits (each records the old keys for undo first and marks the show modified) ---
+    // Moves every key after `frame` of the picture there, and every later picture, by delta.
+    bool ShiftKeys(long frame, long delta);
+    // A picture's start dropped at `frame`: a move, or a swap with the picture dropped on.
+    bool ChangePicTiming(long frame, int pic);
+    // Copies keys and file record; either index may be the scratch slot 64.
+    void CopyPic(int dst, int src);
+    // Swaps two pictures' contents; each time slot keeps its own start.
+    void FlopPic(int a, int b);
+    // Removes a picture; later pictures move down into the earlier time slots.
+    void DeletePic(int pic);
+    // Trims the show to `length` frames, ending every move exactly there.
+    bool ChopShow(long length);
+    // Rescales the key times of the first picture from one show length to another.
+    bool RescaleShow(long from, long to);
+    // Rescales key positions and widths of a picture whose file changed size.
+    void RescaleMoves(int pic, int oldWidth, int oldHeight, int newWidth, int newHeight);
+    // "Uniform Speed": re-times the keys so the camera travels at one speed.
+    void ConstantMotion(int pic);
+
+    // --- Undo ring -----------------------------------------------------------------------------
+    // Records an undo entry: a copy of `key` with the picture and the action in Reserved.
+    void Do(const KeyStruct& key, int action, int pic);
+    // Applies the entry at the head and rewrites it into its own inverse.
+    void UnDoAction();
+    void UnDo();
+    void ReDo();
+
+    // --- The show ------------------------------------------------------------------------------
+    CDIB image;           // the current source picture the renderer cuts frames from
+    CDIB lookAheadImage;  // the next picture, loaded ahead
+    int picCount = 0;
+    KeyStruct keys[kPictureSlots][kMaxKeys];
+    int keyCount[kPictureSlots];
+    FSpec picSpec[kPictureSlots];  // where each picture's file lives
+    FSpec extraSpec;               // optional record saved after the pictures
+    bool hasExtraSpec = false;
+    long showLength = 1800;  // frames
+    bool dirty = false;
+    uint8_t standalone = 0;  // 1 when running as its own application, 0 hosted in a video editor
+    uint16_t showID = 0;     // random at each save, 0 after ClearShow
+
+    // --- Undo ring -----------------------------------------------------------------------------
+    KeyStruct undoRing[kUndoEntries];
+    int undoHead = -1;  // -1: empty
+    int undoCount = 0;
+    int redoCount = 0;
+
+    // --- Picture preparation and cache ---------------------------------------------------------
+    int border = 0;             // half-percent of the picture width; -1 tints with the matte colour
+    int preBlur = 0;            // "PreBlur"
+    uint16_t showWord = 12850;  // the two contrast settings
+    int picLoadState = 1;       // result of the last picture load; 2 marks a picture that failed
+    int curPic = 0;             // picture held in `image`
+    int lookAheadPic = -1;      // picture held in `lookAheadImage`, -1 none
+
+    // --- Settings read at construction ---------------------------------------------------------
+    int defaultEase = 0;   // "EaseType": low four bits the kind, bit 4 (16) no curves
+    int aspectMode = 7500;  // height / width x 10000; the last digit below 5 is a variant
+    float aspectRatio = 0.75f;
+    bool alwaysUseRotation = false;
+    bool fieldSwap = false;
+    bool draftRender = false;
+    bool rescaleShow = false;
+    bool flopTopField = false;
+    long blurFrames = 0;
+    long matteColor = 0;
+    bool videoColors = true;
+    bool showPicError = true;
+    bool autoAddKey = true;
+    bool ignoreAlpha = true;
+    char altImageFolder[kTextSetting] = {};
+    char rootVolume[kTextSetting] = {};
+    // Set when the program's environment name holds "Slatewhirl": shows then store the aspect
+    // ratio instead of the show length in each picture's ShowLen.
+    bool slatewhirl = false;
+
+    // Aspect ratio of an "AspectMode" value: the last digit below 5 does not change it.
+    static float AspectRatioOf(int aspectMode);
+
+private:
+    void ReadSettings();
+};
+
+// The one document, created at start-up before the main window.
+extern CDoc* pDoc;
