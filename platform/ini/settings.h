@@ -24,6 +24,11 @@ void LoadIniFile();
 // Writes the text to the settings file, replacing the old file whole.
 void SaveIniFile();
 
+// The settings file's full path: the preferences folder ($XDG_CONFIG_HOME, else $HOME/.config;
+// relative values are ignored) and the program's name. False when there is no such folder, so the
+// store lives in memory only, or when the path does not fit in `size` characters and a terminator.
+bool GetIniFilePath(char* path, size_t size);
+
 // The store as LoadIniFile leaves it after reading `count` bytes: used by LoadIniFile itself, by
 // tests and by the fuzzer. Reads at most kIniSize bytes.
 void LoadIniText(const char* bytes, size_t count);
