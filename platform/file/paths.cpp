@@ -48,7 +48,7 @@ std::string NormalisePath(const char* path)
 bool LookUpFolder(int32_t folderID, std::string* path)
 {
     if (folderID == kRootFolderID) {
-        *path = "/";
+        path->assign(1, '/');
         return true;
     }
     FolderTable& table = Folders();
