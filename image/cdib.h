@@ -9,6 +9,7 @@
 // when the image is empty.
 
 #include <cstdint>
+#include <memory>
 
 #include "platform/base/types.h"
 
@@ -90,4 +91,16 @@ public:
     int16_t nominalWidth = 0;            // as asked of Create, or as read from a file
     int16_t nominalHeight = 0;
     bool useRotFilter = false;  // the camera filters take their rotating path for this source
+
+private:
+    // Both blocks present: the only state in which rows may be touched.
+    bool HasPixels() const { return header != nullptr && bits != nullptr; }
+    // Bytes of one pixel (bit count / 8); 0 without a header.
+    int PixelBytes() const { return GetBitCount() / 8; }
+    // True when this image holds pixels of exactly this width, height and depth; the copying
+    // operations check their destination with it after calling its Create.
+    bool HasShape(long width, long height, int bitsPerPixel) const;
+    // A cleared line buffer of `bytes` + 32 bytes from the ordinary heap; null when memory runs
+    // out. The 32 spare bytes are the slack every line buffer of this class carries.
+    static std::unique_ptr<unsigned char[]> NewLineBuffer(long bytes);
 };

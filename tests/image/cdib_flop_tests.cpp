@@ -1,0 +1,139 @@
+// In-place changes of the raster image: row flops, the red/blue swap and the alpha byte.
+
+#include <gtest/gtest.h>
+
+#include "cdib_pixels.h"
+
+using pxtest::AllRows;
+using pxtest::FillPattern;
+using pxtest::Pixel;
+using pxtest::RowPixels;
+
+namespace {
+
+template <typename T>
+class FlopAtEveryDepth : public ::testing::Test {};
+TYPED_TEST_SUITE(FlopAtEveryDepth, pxtest::AllDepths, pxtest::DepthNames);
+
+TYPED_TEST(FlopAtEveryDepth, FiveRowsSwapZeroFourAndOneThree)
+{
+    CDIB image(3, 5, TypeParam::kBits);
+    FillPattern(image);
+    CDIB original(3, 5, TypeParam::kBits);
+    ASSERT_TRUE(image.Copy(&original, false));
+    ASSERT_TRUE(image.Flop());
+    EXPECT_EQ(RowPixels(image, 0), RowPixels(original, 4));
+    EXPECT_EQ(RowPixels(image, 1), RowPixels(original, 3));
+    EXPECT_EQ(RowPixels(image, 2), RowPixels(original, 2));
+    EXPECT_EQ(RowPixels(image, 3), RowPixels(original, 1));
+    EXPECT_EQ(RowPixels(image, 4), RowPixels(original, 0));
+}
+
+TYPED_TEST(FlopAtEveryDepth, FieldsOfFiveRowsSwapZeroOneAndTwoThreeAndLeaveFour)
+{
+    CDIB image(3, 5, TypeParam::kBits);
+    FillPattern(image);
+    CDIB original(3, 5, TypeParam::kBits);
+    ASSERT_TRUE(image.Copy(&original, false));
+    ASSERT_TRUE(image.FlopFields());
+    EXPECT_EQ(RowPixels(image, 0), RowPixels(original, 1));
+    EXPECT_EQ(RowPixels(image, 1), RowPixels(original, 0));
+    EXPECT_EQ(RowPixels(image, 2), RowPixels(original, 3));
+    EXPECT_EQ(RowPixels(image, 3), RowPixels(original, 2));
+    EXPECT_EQ(RowPixels(image, 4), RowPixels(original, 4));
+}
+
+TYPED_TEST(FlopAtEveryDepth, FlopTwiceGivesTheImageBack)
+{
+    CDIB image(7, 6, TypeParam::kBits);
+    FillPattern(image);
+    std::vector<unsigned char> before = AllRows(image);
+    ASSERT_TRUE(image.Flop());
+    ASSERT_TRUE(image.Flop());
+    ASSERT_TRUE(image.FlopFields());
+    ASSERT_TRUE(image.FlopFields());
+    EXPECT_EQ(AllRows(image), before);
+}
+
+TEST(Flop, OneRowImageIsUnchanged)
+{
+    CDIB image(4, 1, 24);
+    FillPattern(image);
+    std::vector<unsigned char> before = AllRows(image);
+    EXPECT_TRUE(image.Flop());
+    EXPECT_TRUE(image.FlopFields());
+    EXPECT_EQ(AllRows(image), before);
+}
+
+TEST(FlopRGB2BGR, SwapsBlueAndRedOfTwentyFourBitPixels)
+{
+    CDIB image(3, 2, 24);
+    pxtest::SetPixel(image, 2, 1, {10, 20, 30});
+    ASSERT_TRUE(image.FlopRGB2BGR());
+    EXPECT_EQ(Pixel(image, 2, 1), (std::vector<unsigned char>{30, 20, 10}));
+    EXPECT_EQ(Pixel(image, 0, 0), (std::vector<unsigned char>{0, 0, 0}));
+}
+
+TEST(FlopRGB2BGR, SwapsBlueAndRedOfThirtyTwoBitPixelsAndKeepsAlpha)
+{
+    CDIB image(2, 2, 32);
+    pxtest::SetPixel(image, 1, 0, {10, 20, 30, 40});
+    ASSERT_TRUE(image.FlopRGB2BGR());
+    EXPECT_EQ(Pixel(image, 1, 0), (std::vector<unsigned char>{30, 20, 10, 40}));
+}
+
+TEST(FlopRGB2BGR, RowPaddingIsUntouched)
+{
+    CDIB image(3, 1, 24);  // 9 pixel bytes, 3 bytes of padding
+    FillPattern(image);
+    unsigned char* padding = image.GetBitsAdd(0) + 9;
+    padding[0] = 0xA1;
+    padding[1] = 0xA2;
+    padding[2] = 0xA3;
+    ASSERT_TRUE(image.FlopRGB2BGR());
+    EXPECT_EQ(padding[0], 0xA1);
+    EXPECT_EQ(padding[1], 0xA2);
+    EXPECT_EQ(padding[2], 0xA3);
+}
+
+TEST(FlopRGB2BGR, PixelsWithoutAThirdByteAreLeftAlone)
+{
+    CDIB image(3, 2, 16);
+    FillPattern(image);
+    std::vector<unsigned char> before = AllRows(image);
+    EXPECT_FALSE(image.FlopRGB2BGR());
+    EXPECT_EQ(AllRows(image), before);
+}
+
+TEST(SetAlpha, SetsTheFourthByteOfEveryPixelToTheLowByte)
+{
+    CDIB image(3, 2, 32);
+    FillPattern(image);
+    ASSERT_TRUE(image.SetAlpha(0x1C8));
+    for (int row = 0; row < 2; ++row)
+        for (long x = 0; x < 3; ++x) {
+            std::vector<unsigned char> pixel = Pixel(image, x, row);
+            EXPECT_EQ(pixel[3], 0xC8);
+            EXPECT_EQ(pixel[0], pxtest::PatternByte(x, row, 0));
+        }
+}
+
+TEST(SetAlpha, TwentyFourBitImageAnswersFalseAndChangesNothing)
+{
+    CDIB image(3, 2, 24);
+    FillPattern(image);
+    std::vector<unsigned char> before = AllRows(image);
+    EXPECT_FALSE(image.SetAlpha(255));
+    EXPECT_EQ(AllRows(image), before);
+}
+
+TEST(FlopOperations, EmptyImageAnswersFalse)
+{
+    CDIB image(0, 0, 24);
+    EXPECT_FALSE(image.Flop());
+    EXPECT_FALSE(image.FlopFields());
+    EXPECT_FALSE(image.FlopRGB2BGR());
+    EXPECT_FALSE(image.SetAlpha(0));
+}
+
+}  // namespace
