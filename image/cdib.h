@@ -13,6 +13,9 @@
 
 #include "platform/base/types.h"
 
+class CPFile;
+struct FSpec;
+
 // The 40-byte bitmap information header, little-endian, followed in the same block by the palette.
 struct BitmapInfoHeader {
     uint32_t biSize;  // always 40
@@ -84,6 +87,35 @@ public:
     bool FlopFields();   // swaps the two fields of an interlaced frame
     bool FlopRGB2BGR();  // swaps the first and third byte of every pixel
     bool SetAlpha(int alpha);  // 32-bit only
+
+    // The readers, each answering 0 or a result code (1 compressed, 2 too large, 3 unreadable,
+    // 5 fewer than 256 colours, 6 no memory).
+    int LoadBmp(CPFile* file);
+    int LoadTga(CPFile* file);
+    int LoadTif(CPFile* file);
+    int LoadPsd(CPFile* file);
+    int LoadJpeg(CPFile* file);
+
+    // Camera resampling (camera_filter*.cpp). This image is the 32-bit destination, already
+    // created at the output size; the window is in source pixels and storage rows, angles in
+    // degrees. part: 0 all rows, 1 first half, 2 second half. fieldCode: row step (/10 + 1)
+    // and field (% 10).
+    bool FilterCropMulti(CDIB* source, float left, float top, float width, float height,
+                         float angle, float tiltV, float tiltH, int quality, int fieldCode);
+    bool FilterCrop(CDIB* source, float left, float top, float width, float height, float angle,
+                    float tiltV, float tiltH, int part, int quality, int fieldCode);
+    bool FilterRot(CDIB* source, float left, float top, float width, float height, float angle,
+                   float tiltV, float tiltH, int part, int quality, int fieldCode);
+
+    // Picture adjustments (adjust_*.cpp), in place; colours are 0x00BBGGRR.
+    void VideoColors();
+    void Contrast(int contrast, int brightness);
+    void Tint(long colour);
+    void Blur(int unused);
+    int BlurAlpha();
+    void Dissolve(CDIB* other, float t);
+    bool SetAlphaEdge(int alpha);
+    bool AddAlpha(CDIB* matte);
 
     // Owned blocks; public because the readers, filters and renderers work on them directly.
     BitmapInfoHeader* header = nullptr;  // header + palette, one block
