@@ -54,6 +54,17 @@ public:
     // runs out.
     virtual bool Create(long width, long height, int bitsPerPixel);
 
+    // Picture files (picture_*.cpp). Load(CPFile*) recognises the format from the first bytes
+    // and answers the reader's result code (0 loaded; see the readers below). Load(FSpec*, ...)
+    // opens the file (or the same name in `alternativeFolder`) and answers 1 loaded, 0 failed
+    // and reported in a message box, 2 failed silently and replaced by the placeholder picture.
+    // Save formats: 1 Targa, 2 nothing written, any other BMP; a file name with ".tga" in it is
+    // always a Targa. Save(FSpec*) reports its failures in a message box.
+    virtual int Load(CPFile* file);
+    virtual int Load(FSpec* file, FSpec* alternativeFolder, bool showErrors);
+    virtual bool Save(CPFile* file, int format);
+    virtual bool Save(FSpec* file, int format);
+
     // Width and |height| in pixels; with a non-zero multiple, (value / multiple + 1) * multiple:
     // always one whole multiple of slack, also for exact multiples. 0 without a header.
     int GetWid(int multiple = 0) const;

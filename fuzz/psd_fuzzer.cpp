@@ -1,0 +1,16 @@
+// Fuzzes the Photoshop reader, packed rows included.
+
+#include <cstdint>
+
+#include "picture_fuzz.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
+{
+    static pxfuzz::ScratchFile input("psd-in");
+    input.Write(data, size);
+    CDIB image(3, 2, 24);
+    CPFile file(input.Spec(), kFileRead);
+    pxfuzz::Check(file.GetFileNum() != 0);
+    pxfuzz::CheckResult(image.LoadPsd(&file), image);
+    return 0;
+}
