@@ -1,0 +1,21 @@
+#pragma once
+// The pictures of the viewer's transport buttons, painted by code: numbers 102-112.
+//
+//   stop           102 normal, 109 pressed, 110 disabled
+//   play forwards  108 normal, 103 pressed, 104 disabled
+//   play backwards 105 normal, 106 pressed, 107 disabled
+//   add key        111 normal, 112 pressed
+//
+// A button is a light grey raised face with a black symbol; pressed, the face is darker, sunken
+// and the symbol one pixel lower right; disabled, the symbol is grey.
+
+#include "platform/base/types.h"
+
+constexpr int kFirstButtonPicture = 102;
+constexpr int kLastButtonPicture = 112;
+
+bool IsButtonPicture(int picture);
+// Paints the picture into rect (right and bottom edges outside, as fills are) on the current
+// drawing port, at the rectangle's size. False, with nothing drawn, for a number outside
+// 102-112, an empty rectangle or no current port.
+bool DrawButtonPicture(const tagRECT& rect, int picture);
