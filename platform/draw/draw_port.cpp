@@ -42,6 +42,12 @@ uint32_t* DrawPort::Row(int y)
     return reinterpret_cast<uint32_t*>(backing->image.scanLine(y));
 }
 
+void DrawPort::SetOrigin(int x, int y) { backing->image.setOffset(QPoint(x, y)); }
+
+int DrawPort::OriginX() const { return backing->image.offset().x(); }
+
+int DrawPort::OriginY() const { return backing->image.offset().y(); }
+
 void SetDrawDC(DrawPort* port) { gCurrentPort = port; }
 
 DrawPort* GetDrawDC() { return gCurrentPort; }

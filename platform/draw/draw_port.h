@@ -21,6 +21,12 @@ public:
     // First word of row y, top row 0; null outside the image.
     uint32_t* Row(int y);
 
+    // The drawing origin: the window point that lands on the image's top-left pixel. Drawing
+    // calls take window coordinates and subtract it. A new image starts at (0, 0).
+    void SetOrigin(int x, int y);
+    int OriginX() const;
+    int OriginY() const;
+
     struct Backing;  // the Qt image behind the port (draw_port_qt.h)
     Backing& GetBacking() { return *backing; }
 

@@ -8,6 +8,7 @@
 // and the baseline fontSize pixels below the top of the text (the record's own size, one more
 // than the pixel size).
 struct DrawState {
+    long penColor;       // pen colour 0x00BBGGRR, set by SetColor and every call given a colour
     long backColor;      // background colour 0x00BBGGRR, behind opaque text
     bool textOpaque;     // text drawn on the background colour (true) or transparent
     long fontSize;       // size of the selected font record, in points (= pixels)
@@ -15,5 +16,5 @@ struct DrawState {
     int fontStyle;       // kFontBold | kFontItalic | kFontUnderline
 };
 
-// White background, transparent text, a plain 12-point font until the first SelectFont.
+// Black pen, white background, transparent text, a plain 12-point font until the first SelectFont.
 extern DrawState gDrawState;

@@ -9,10 +9,11 @@
 #include <new>
 
 #include "platform/draw/draw_state.h"
+#include "platform/draw/font_qt.h"
 
 // The drawing state lives here because SelectFont is the first to write it; the drawing
 // primitives read and extend it.
-DrawState gDrawState = {0x00FFFFFF, false, 12, 11, 0};
+DrawState gDrawState = {0x00000000, 0x00FFFFFF, false, 12, 11, 0};
 
 FontRecord* pCurFont = nullptr;
 
@@ -36,20 +37,6 @@ bool HaveGuiApplication()
     return qobject_cast<QGuiApplication*>(QCoreApplication::instance()) != nullptr;
 }
 
-// The Qt font of the drawing state. No hinting: hinted advances depend on the desktop's font
-// settings, unhinted ones only on the font file.
-QFont CurrentQtFont()
-{
-    QFont font(QString::fromUtf8(StandardFontFamily()));
-    font.setPixelSize(gDrawState.fontPixelSize);
-    font.setBold((gDrawState.fontStyle & kFontBold) != 0);
-    font.setItalic((gDrawState.fontStyle & kFontItalic) != 0);
-    font.setUnderline((gDrawState.fontStyle & kFontUnderline) != 0);
-    font.setHintingPreference(QFont::PreferNoHinting);
-    font.setKerning(true);
-    return font;
-}
-
 // Text is set one point smaller than the record asks, on purpose: the program's layouts were
 // measured that way. The upper bound only keeps absurd records within what Qt takes.
 int PixelSize(long size)
@@ -63,6 +50,20 @@ int PixelSize(long size)
 }
 
 }  // namespace
+
+// No hinting: hinted advances depend on the desktop's font settings, unhinted ones only on the
+// font file.
+QFont CurrentQtFont()
+{
+    QFont font(QString::fromUtf8(StandardFontFamily()));
+    font.setPixelSize(gDrawState.fontPixelSize);
+    font.setBold((gDrawState.fontStyle & kFontBold) != 0);
+    font.setItalic((gDrawState.fontStyle & kFontItalic) != 0);
+    font.setUnderline((gDrawState.fontStyle & kFontUnderline) != 0);
+    font.setHintingPreference(QFont::PreferNoHinting);
+    font.setKerning(true);
+    return font;
+}
 
 bool LoadStandardFonts()
 {

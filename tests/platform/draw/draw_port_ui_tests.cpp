@@ -31,6 +31,21 @@ TEST(DrawPort, RowsAreTopFirstAndPixelsOutsideReadZero)
     EXPECT_EQ(port.Width(), 0);
 }
 
+TEST(DrawPort, OriginIsKeptUntilTheImageIsRemade)
+{
+    DrawPort port;
+    port.Resize(4, 3);
+    EXPECT_EQ(port.OriginX(), 0);
+    port.SetOrigin(120, -30);
+    EXPECT_EQ(port.OriginX(), 120);
+    EXPECT_EQ(port.OriginY(), -30);
+    port.Row(0)[0] = 0xFF000000u;  // writing pixels keeps it
+    EXPECT_EQ(port.OriginX(), 120);
+    port.Resize(5, 5);
+    EXPECT_EQ(port.OriginX(), 0);
+    EXPECT_EQ(port.OriginY(), 0);
+}
+
 TEST(DrawPort, CurrentPortIsForgottenWhenItGoes)
 {
     {
