@@ -216,3 +216,29 @@ bool CopyFromMacFSSpec(FSpec* out, const NativeFileRef* in)
     std::strcpy(out->name, path);
     return true;
 }
+
+bool GetFSpecPath(const FSpec* spec, char* out)
+{
+    if (!spec || !out)
+        return false;
+    out[0] = '\0';
+    if (IsPathForm(*spec)) {
+        CopyName(out, spec->name);
+        return out[0] != '\0';
+    }
+    NativeFileRef ref;
+    if (!CopyToMacFSSpec(&ref, spec))
+        return false;
+    return GetPathFromFSSpec(&ref, out);
+}
+
+FSpec PathFSpec(const char* path)
+{
+    FSpec spec;
+    std::memset(&spec, 0, sizeof spec);
+    spec.vRefNum = kPathFormMarker;
+    spec.parID = kPathFormMarker;
+    if (path)
+        CopyName(spec.name, path);
+    return spec;
+}

@@ -53,3 +53,9 @@ bool CopyToMacFSSpec(NativeFileRef* out, const FSpec* in);
 // Native reference to FSpec: `out` gets the full path and the path-form marker; answers what
 // GetPathFromFSSpec answered (the name is empty when that failed).
 bool CopyFromMacFSSpec(FSpec* out, const NativeFileRef* in);
+
+// The full path of a file record of any form into `out` (kMaxPathLength + 1 characters): a path
+// form's own text, or a native form resolved. False for an empty record or an unknown folder.
+bool GetFSpecPath(const FSpec* spec, char* out);
+// A path-form record of `path` (cut to 255 characters).
+FSpec PathFSpec(const char* path);

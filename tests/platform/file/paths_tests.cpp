@@ -315,3 +315,44 @@ TEST(PathRoundTrip, EveryFormOfTheSameFileGivesTheSamePath)
     NativeFileRef fromEmpty;
     EXPECT_FALSE(CopyToMacFSSpec(&fromEmpty, &emptyForm));
 }
+
+TEST(GetFSpecPath, PathFormGivesItsOwnTextAndNativeFormResolves)
+{
+    pxtest::TempDir dir;
+    std::string path = dir.File("show.plx");
+    ASSERT_TRUE(pxtest::WriteText(path, "x"));
+    char out[kMaxPathLength + 1];
+    FSpec pathForm = PathFSpec(path.c_str());
+    ASSERT_TRUE(GetFSpecPath(&pathForm, out));
+    EXPECT_EQ(std::string(out), path);
+
+    FSpec nativeForm{};
+    nativeForm.vRefNum = kVolumeRefNum;
+    nativeForm.parID = GetFolderID(dir.Path().c_str());
+    std::strcpy(nativeForm.name, "show.plx");
+    ASSERT_TRUE(GetFSpecPath(&nativeForm, out));
+    EXPECT_EQ(std::string(out), path);
+}
+
+TEST(GetFSpecPath, EmptyRecordOrUnknownFolderFails)
+{
+    char out[kMaxPathLength + 1];
+    FSpec empty{};
+    EXPECT_FALSE(GetFSpecPath(&empty, out));
+    FSpec unknown{};
+    unknown.vRefNum = kVolumeRefNum;
+    unknown.parID = 999999;
+    std::strcpy(unknown.name, "x");
+    EXPECT_FALSE(GetFSpecPath(&unknown, out));
+    EXPECT_FALSE(GetFSpecPath(nullptr, out));
+}
+
+TEST(PathFSpec, MakesAPathFormRecordCutTo255Characters)
+{
+    FSpec spec = PathFSpec("/tmp/a.bmp");
+    EXPECT_TRUE(IsPathForm(spec));
+    EXPECT_STREQ(spec.name, "/tmp/a.bmp");
+    std::string longPath(400, 'a');
+    FSpec cut = PathFSpec(longPath.c_str());
+    EXPECT_EQ(std::strlen(cut.name), 255u);
+}
