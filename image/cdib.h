@@ -64,6 +64,10 @@ public:
     virtual int Load(FSpec* file, FSpec* alternativeFolder, bool showErrors);
     virtual bool Save(CPFile* file, int format);
     virtual bool Save(FSpec* file, int format);
+    // Puts the image (or the `source` part of it, rows counted from the top) on the drawing port
+    // `drawContext` (a DrawPort; the current port when null), scaled into `destination`.
+    virtual void Draw(tagRECT& destination, void* drawContext);
+    virtual void Draw(tagRECT& destination, tagRECT& source, void* drawContext);
 
     // Width and |height| in pixels; with a non-zero multiple, (value / multiple + 1) * multiple:
     // always one whole multiple of slack, also for exact multiples. 0 without a header.
