@@ -1,0 +1,525 @@
+// The row and column passes of the straight camera crop.
+//
+// [SECTION] Shared pieces
+// [SECTION] Plain loops: every processor; the definition the vector loops must match
+// [SECTION] AVX2 loops: x86-64 processors that have it, chosen at run time
+// [SECTION] Entry points
+
+#include "image/camera_filter_crop_passes.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "image/camera_filter.h"
+
+#if defined(__x86_64__) && defined(__GNUC__)
+#define PX_CAMERA_AVX2 1
+#include <immintrin.h>
+#else
+#define PX_CAMERA_AVX2 0
+#endif
+
+namespace {
+
+// ---- [SECTION] Shared pieces ----
+
+// The stored byte: the low 8 bits of the scaled sum, as a byte store keeps them. Unless the
+// divisor wrapped, the value is never above 255.
+inline unsigned char ScaledByte(uint64_t scaledSum)
+{
+    return static_cast<unsigned char>((scaledSum >> kReciprocalShift) & 0xFF);
+}
+
+// The coefficient of row k of `count` rows: the first, the last, or one of those between.
+inline uint32_t RowCoefficient(int k, int count, uint32_t first, uint32_t middle, uint32_t last)
+{
+    return k == 0 ? first : (k == count - 1 ? last : middle);
+}
+
+// One byte of the row pass from premultiplied coefficients, sums in 32 bits.
+inline unsigned char BlendRowByte(const unsigned char* rows, long stride, int count,
+                                  uint32_t first, uint32_t middle, uint32_t last, long i)
+{
+    uint32_t sum = 0;
+    for (int k = 0; k < count; ++k)
+        sum += RowCoefficient(k, count, first, middle, last) * rows[k * stride + i];
+    return static_cast<unsigned char>(sum >> kReciprocalShift);
+}
+
+// One destination pixel of the column pass, any column that is not outside.
+template <int PixelBytes>
+inline void BlendPixel(const unsigned char* line, const CropColumn& column, unsigned char* out)
+{
+    const unsigned char* pixel = line + column.offset;
+    const int count = column.count;
+    for (int c = 0; c < PixelBytes; ++c) {
+        uint64_t sum = 0;
+        if (count > 0) {
+            uint64_t between = 0;
+            for (int k = 1; k < count - 1; ++k)
+                between += pixel[k * PixelBytes + c];
+            sum = uint64_t{column.first} * pixel[c] + uint64_t{column.middle} * between;
+            if (count > 1)
+                sum += uint64_t{column.last} * pixel[(count - 1) * PixelBytes + c];
+        }
+        if (column.reciprocal != 0)
+            sum *= column.reciprocal;  // wrapped divisor: plain weights, scaled here
+        out[c] = ScaledByte(sum);
+    }
+    if constexpr (PixelBytes == 3)
+        out[3] = 255;
+}
+
+// ---- [SECTION] Plain loops ----
+
+// line[i] = (c0 × r0[i] + c1 × r1[i] + … ) >> 20 for 1, 2 or 3 rows; sums fit 32 bits.
+template <int Rows>
+void BlendFewRowsPlain(const unsigned char* __restrict rows, long stride,
+                       const uint32_t* coefficient, unsigned char* __restrict line, long from,
+                       long to)
+{
+    const unsigned char* __restrict r0 = rows;
+    const unsigned char* __restrict r1 = rows + (Rows > 1 ? stride : 0);
+    const unsigned char* __restrict r2 = rows + (Rows > 2 ? 2 * stride : 0);
+    const uint32_t c0 = coefficient[0];
+    const uint32_t c1 = Rows > 1 ? coefficient[1] : 0;
+    const uint32_t c2 = Rows > 2 ? coefficient[2] : 0;
+    for (long i = from; i < to; ++i) {
+        uint32_t sum = c0 * r0[i];
+        if constexpr (Rows > 1)
+            sum += c1 * r1[i];
+        if constexpr (Rows > 2)
+            sum += c2 * r2[i];
+        line[i] = static_cast<unsigned char>(sum >> kReciprocalShift);
+    }
+}
+
+// Any number of rows: those between the first and the last share one coefficient, so they are
+// summed first, a block of bytes at a time.
+void BlendManyRowsPlain(const unsigned char* rows, long stride, int count, uint32_t first,
+                        uint32_t middle, uint32_t last, unsigned char* line, long from, long to)
+{
+    constexpr long kBlock = 64;
+    uint32_t between[kBlock];
+    for (long i = from; i < to; i += kBlock) {
+        long length = std::min(kBlock, to - i);
+        std::fill(between, between + length, 0u);
+        for (int k = 1; k < count - 1; ++k) {
+            const unsigned char* row = rows + k * stride + i;
+            for (long j = 0; j < length; ++j)
+                between[j] += row[j];
+        }
+        const unsigned char* r0 = rows + i;
+        const unsigned char* rn = rows + (count - 1) * stride + i;
+        for (long j = 0; j < length; ++j)
+            line[i + j] = static_cast<unsigned char>(
+                (first * r0[j] + middle * between[j] + last * rn[j]) >> kReciprocalShift);
+    }
+}
+
+void BlendRowsPlain(const unsigned char* rows, long stride, int count, uint32_t first,
+                    uint32_t middle, uint32_t last, unsigned char* line, long from, long to)
+{
+    switch (count) {
+    case 1:
+        BlendFewRowsPlain<1>(rows, stride, &first, line, from, to);
+        break;
+    case 2: {
+        const uint32_t coefficients[] = {first, last};
+        BlendFewRowsPlain<2>(rows, stride, coefficients, line, from, to);
+        break;
+    }
+    case 3: {
+        const uint32_t coefficients[] = {first, middle, last};
+        BlendFewRowsPlain<3>(rows, stride, coefficients, line, from, to);
+        break;
+    }
+    default:
+        BlendManyRowsPlain(rows, stride, count, first, middle, last, line, from, to);
+        break;
+    }
+}
+
+template <int PixelBytes>
+void BlendColumnsPlain(const unsigned char* line, const CropColumn* columns, int width,
+                       unsigned char* out)
+{
+    for (int x = 0; x < width; ++x, out += 4) {
+        if (columns[x].count < 0)
+            WriteOutside(out, PixelBytes);
+        else
+            BlendPixel<PixelBytes>(line, columns[x], out);
+    }
+}
+
+template <int PixelBytes, int Taps>
+void BlendTapsPlain(const unsigned char* line, const CropTaps* taps, int width, unsigned char* out)
+{
+    for (int x = 0; x < width; ++x, out += 4) {
+        const unsigned char* pixel = line + taps[x].offset;
+        for (int c = 0; c < PixelBytes; ++c) {
+            uint32_t sum = 0;
+            for (int k = 0; k < Taps; ++k)
+                sum += taps[x].coefficient[k] * pixel[k * PixelBytes + c];
+            out[c] = static_cast<unsigned char>(sum >> kReciprocalShift);
+        }
+        if constexpr (PixelBytes == 3)
+            out[3] = 255;
+    }
+}
+
+template <int PixelBytes>
+void BlendTapsPlainOf(const unsigned char* line, const CropTaps* taps, int tapCount, int width,
+                      unsigned char* out)
+{
+    switch (tapCount) {
+    case 1:
+        BlendTapsPlain<PixelBytes, 1>(line, taps, width, out);
+        break;
+    case 2:
+        BlendTapsPlain<PixelBytes, 2>(line, taps, width, out);
+        break;
+    case 3:
+        BlendTapsPlain<PixelBytes, 3>(line, taps, width, out);
+        break;
+    default:
+        BlendTapsPlain<PixelBytes, 4>(line, taps, width, out);
+        break;
+    }
+}
+
+// ---- [SECTION] AVX2 loops ----
+
+#if PX_CAMERA_AVX2
+
+bool HasAvx2()
+{
+    static const bool has = __builtin_cpu_supports("avx2");
+    return has;
+}
+
+// Eight bytes from `at`, each widened to a 32-bit lane.
+__attribute__((target("avx2"))) inline __m256i LoadEight(const unsigned char* at)
+{
+    return _mm256_cvtepu8_epi32(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(at)));
+}
+
+// Sixteen 32-bit sums, scaled back, into 16 bytes at `out`. Every value is at most 255 here, so
+// the saturating packs only narrow.
+__attribute__((target("avx2"))) inline void StoreSixteen(__m256i low, __m256i high,
+                                                         unsigned char* out)
+{
+    low = _mm256_srli_epi32(low, kReciprocalShift);
+    high = _mm256_srli_epi32(high, kReciprocalShift);
+    __m256i words = _mm256_permute4x64_epi64(_mm256_packus_epi32(low, high), 0xD8);
+    __m128i bytes =
+        _mm_packus_epi16(_mm256_castsi256_si128(words), _mm256_extracti128_si256(words, 1));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(out), bytes);
+}
+
+// The row pass, 16 bytes at a time: the first row, the rows between (summed before they are
+// weighed, as they share a coefficient) and the last row; the tail as in the plain loop.
+template <int Rows>  // 1, 2, 3, or 0 for any number
+__attribute__((target("avx2"))) void BlendRowsAvx2(const unsigned char* rows, long stride,
+                                                   int count, uint32_t first, uint32_t middle,
+                                                   uint32_t last, unsigned char* line, long from,
+                                                   long to)
+{
+    const __m256i firstCoefficient = _mm256_set1_epi32(static_cast<int>(first));
+    const __m256i middleCoefficient = _mm256_set1_epi32(static_cast<int>(middle));
+    const __m256i lastCoefficient = _mm256_set1_epi32(static_cast<int>(last));
+    const unsigned char* lastRow = rows + (count - 1) * stride;
+    long i = from;
+    for (; i + 16 <= to; i += 16) {
+        __m256i low = _mm256_mullo_epi32(LoadEight(rows + i), firstCoefficient);
+        __m256i high = _mm256_mullo_epi32(LoadEight(rows + i + 8), firstCoefficient);
+        if (Rows != 1) {
+            __m256i betweenLow = _mm256_setzero_si256();
+            __m256i betweenHigh = _mm256_setzero_si256();
+            const int between = Rows == 0 ? count - 2 : Rows - 2;
+            for (int k = 1; k <= between; ++k) {
+                betweenLow = _mm256_add_epi32(betweenLow, LoadEight(rows + k * stride + i));
+                betweenHigh = _mm256_add_epi32(betweenHigh, LoadEight(rows + k * stride + i + 8));
+            }
+            if (between > 0) {
+                low = _mm256_add_epi32(low, _mm256_mullo_epi32(betweenLow, middleCoefficient));
+                high = _mm256_add_epi32(high, _mm256_mullo_epi32(betweenHigh, middleCoefficient));
+            }
+            low = _mm256_add_epi32(low, _mm256_mullo_epi32(LoadEight(lastRow + i), lastCoefficient));
+            high = _mm256_add_epi32(high,
+                                    _mm256_mullo_epi32(LoadEight(lastRow + i + 8), lastCoefficient));
+        }
+        StoreSixteen(low, high, line + i);
+    }
+    for (; i < to; ++i)
+        line[i] = BlendRowByte(rows, stride, count, first, middle, last, i);
+}
+
+// Four bytes from `at`, each widened to a 32-bit lane.
+__attribute__((target("avx2"))) inline __m128i LoadPixel(const unsigned char* at)
+{
+    int32_t bytes;
+    std::memcpy(&bytes, at, sizeof bytes);
+    return _mm_cvtepu8_epi32(_mm_cvtsi32_si128(bytes));
+}
+
+// One destination pixel per step, its four channels in the four lanes. From a 24-bit line the
+// fourth lane holds the next pixel's first byte and is replaced by 255.
+template <int PixelBytes>
+__attribute__((target("avx2"))) void BlendColumnsAvx2(const unsigned char* line,
+                                                      const CropColumn* columns, int width,
+                                                      unsigned char* out)
+{
+    const uint32_t opaque = PixelBytes == 3 ? 0xFF000000u : 0u;
+    for (int x = 0; x < width; ++x, out += 4) {
+        const CropColumn& column = columns[x];
+        if (column.count < 0) {
+            WriteOutside(out, PixelBytes);
+            continue;
+        }
+        if (column.count == 0 || column.reciprocal != 0) {
+            BlendPixel<PixelBytes>(line, column, out);
+            continue;
+        }
+        const unsigned char* pixel = line + column.offset;
+        __m128i sum = _mm_mullo_epi32(LoadPixel(pixel), _mm_set1_epi32(static_cast<int>(column.first)));
+        if (column.count > 1) {
+            const __m128i middle = _mm_set1_epi32(static_cast<int>(column.middle));
+            for (int k = 1; k < column.count - 1; ++k)
+                sum = _mm_add_epi32(sum, _mm_mullo_epi32(LoadPixel(pixel + k * PixelBytes), middle));
+            sum = _mm_add_epi32(
+                sum, _mm_mullo_epi32(LoadPixel(pixel + (column.count - 1) * PixelBytes),
+                                     _mm_set1_epi32(static_cast<int>(column.last))));
+        }
+        sum = _mm_srli_epi32(sum, kReciprocalShift);
+        __m128i bytes = _mm_packus_epi16(_mm_packus_epi32(sum, sum), _mm_setzero_si128());
+        uint32_t value = static_cast<uint32_t>(_mm_cvtsi128_si32(bytes)) | opaque;
+        std::memcpy(out, &value, sizeof value);
+    }
+}
+
+// True when the vector loops are to be used.
+bool UseAvx2()
+{
+    return !gCameraFilterPlainLoops && HasAvx2();
+}
+
+// One destination pixel from its taps, its channels in the four 32-bit lanes, scaled back.
+template <int PixelBytes, int Taps>
+__attribute__((target("avx2"))) inline __m128i TapPixel(const unsigned char* line,
+                                                        const CropTaps& taps)
+{
+    const unsigned char* at = line + taps.offset;
+    __m128i sum = _mm_mullo_epi32(LoadPixel(at), _mm_set1_epi32(static_cast<int>(taps.coefficient[0])));
+    for (int k = 1; k < Taps; ++k)
+        sum = _mm_add_epi32(sum, _mm_mullo_epi32(LoadPixel(at + k * PixelBytes),
+                                                 _mm_set1_epi32(static_cast<int>(taps.coefficient[k]))));
+    return _mm_srli_epi32(sum, kReciprocalShift);
+}
+
+// Four destination pixels per step, packed together into one 16-byte store.
+template <int PixelBytes, int Taps>
+__attribute__((target("avx2"))) void BlendTapsAvx2(const unsigned char* line,
+                                                   const CropTaps* taps, int width,
+                                                   unsigned char* out)
+{
+    const __m128i opaque = _mm_set1_epi32(PixelBytes == 3 ? static_cast<int>(0xFF000000u) : 0);
+    int x = 0;
+    for (; x + 4 <= width; x += 4) {
+        __m128i first = _mm_packus_epi32(TapPixel<PixelBytes, Taps>(line, taps[x]),
+                                         TapPixel<PixelBytes, Taps>(line, taps[x + 1]));
+        __m128i second = _mm_packus_epi32(TapPixel<PixelBytes, Taps>(line, taps[x + 2]),
+                                          TapPixel<PixelBytes, Taps>(line, taps[x + 3]));
+        __m128i bytes = _mm_or_si128(_mm_packus_epi16(first, second), opaque);
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(out + 4 * x), bytes);
+    }
+    for (; x < width; ++x) {
+        __m128i sum = TapPixel<PixelBytes, Taps>(line, taps[x]);
+        __m128i bytes = _mm_or_si128(
+            _mm_packus_epi16(_mm_packus_epi32(sum, sum), _mm_setzero_si128()), opaque);
+        int32_t value = _mm_cvtsi128_si32(bytes);
+        std::memcpy(out + 4 * x, &value, sizeof value);
+    }
+}
+
+template <int PixelBytes>
+void BlendTapsAvx2Of(const unsigned char* line, const CropTaps* taps, int tapCount, int width,
+                     unsigned char* out)
+{
+    switch (tapCount) {
+    case 1:
+        BlendTapsAvx2<PixelBytes, 1>(line, taps, width, out);
+        break;
+    case 2:
+        BlendTapsAvx2<PixelBytes, 2>(line, taps, width, out);
+        break;
+    case 3:
+        BlendTapsAvx2<PixelBytes, 3>(line, taps, width, out);
+        break;
+    default:
+        BlendTapsAvx2<PixelBytes, 4>(line, taps, width, out);
+        break;
+    }
+}
+
+#endif  // PX_CAMERA_AVX2
+
+// A wrapped divisor (more than 256 source pixels under one destination pixel): the same sum in
+// 64 bits, plain weights times the reciprocal.
+void BlendRowsWide(const unsigned char* rows, long stride, const Span& span, unsigned char* line,
+                   long from, long to)
+{
+    for (long i = from; i < to; ++i) {
+        uint64_t sum = uint64_t{span.firstWeight} * rows[i];
+        if (span.count > 1) {
+            for (int k = 1; k < span.count - 1; ++k)
+                sum += uint64_t{kWeightOne} * rows[k * stride + i];
+            sum += uint64_t{span.lastWeight} * rows[(span.count - 1) * stride + i];
+        }
+        line[i] = ScaledByte(sum * span.reciprocal);
+    }
+}
+
+}  // namespace
+
+// ---- [SECTION] Entry points ----
+
+CropColumn MakeCropColumn(const Span& span, int pixelBytes)
+{
+    CropColumn column{};
+    if (span.outside) {
+        column.count = -1;
+        return column;
+    }
+    column.offset = static_cast<uint32_t>(span.first * pixelBytes);
+    column.count = span.count;
+    uint32_t scale = span.wide ? 1 : span.reciprocal;
+    column.first = span.firstWeight * scale;
+    column.middle = kWeightOne * scale;
+    column.last = span.lastWeight * scale;
+    column.reciprocal = span.wide ? span.reciprocal : 0;
+    return column;
+}
+
+int MakeCropTaps(const CropColumn* columns, int destinationWidth, uint32_t padOffset,
+                 CropTaps* taps)
+{
+    int tapCount = 1;
+    for (int x = 0; x < destinationWidth; ++x) {
+        const CropColumn& column = columns[x];
+        if (column.reciprocal != 0 || column.count > kMaxTaps)
+            return 0;
+        tapCount = std::max(tapCount, static_cast<int>(column.count));
+    }
+    for (int x = 0; x < destinationWidth; ++x) {
+        const CropColumn& column = columns[x];
+        CropTaps& tap = taps[x];
+        tap = CropTaps{};
+        if (column.count < 0) {
+            // The pad's first pixel at full weight: exactly the outside colour.
+            tap.offset = padOffset;
+            tap.coefficient[0] = kReciprocalOne;
+        } else if (column.count == 0) {
+            tap.offset = padOffset;  // nothing weighs anything: all coefficients stay 0
+        } else {
+            tap.offset = column.offset;
+            for (int k = 0; k < column.count; ++k)
+                tap.coefficient[k] = k == 0 ? column.first
+                                            : (k == column.count - 1 ? column.last : column.middle);
+        }
+    }
+    return tapCount;
+}
+
+void BlendColumnTaps(const unsigned char* line, const CropTaps* taps, int tapCount,
+                     int destinationWidth, int pixelBytes, unsigned char* out)
+{
+#if PX_CAMERA_AVX2
+    if (UseAvx2()) {
+        if (pixelBytes == 4)
+            BlendTapsAvx2Of<4>(line, taps, tapCount, destinationWidth, out);
+        else
+            BlendTapsAvx2Of<3>(line, taps, tapCount, destinationWidth, out);
+        return;
+    }
+#endif
+    if (pixelBytes == 4)
+        BlendTapsPlainOf<4>(line, taps, tapCount, destinationWidth, out);
+    else
+        BlendTapsPlainOf<3>(line, taps, tapCount, destinationWidth, out);
+}
+
+void BlendRows(const unsigned char* rows, long stride, const Span& span, unsigned char* line,
+               long from, long to)
+{
+    if (from >= to)
+        return;
+    if (span.count == 0) {
+        std::memset(line + from, 0, static_cast<size_t>(to - from));
+        return;
+    }
+    if (span.wide) {
+        BlendRowsWide(rows, stride, span, line, from, to);
+        return;
+    }
+    const uint32_t first = span.firstWeight * span.reciprocal;
+    const uint32_t middle = kWeightOne * span.reciprocal;
+    const uint32_t last = span.lastWeight * span.reciprocal;
+    if (span.count == 1 && first == kReciprocalOne) {
+        // One row at full weight over a divisor of 256: the row itself.
+        std::memcpy(line + from, rows + from, static_cast<size_t>(to - from));
+        return;
+    }
+#if PX_CAMERA_AVX2
+    if (UseAvx2()) {
+        switch (span.count) {
+        case 1:
+            BlendRowsAvx2<1>(rows, stride, 1, first, middle, last, line, from, to);
+            break;
+        case 2:
+            BlendRowsAvx2<2>(rows, stride, 2, first, middle, last, line, from, to);
+            break;
+        case 3:
+            BlendRowsAvx2<3>(rows, stride, 3, first, middle, last, line, from, to);
+            break;
+        default:
+            BlendRowsAvx2<0>(rows, stride, span.count, first, middle, last, line, from, to);
+            break;
+        }
+        return;
+    }
+#endif
+    BlendRowsPlain(rows, stride, span.count, first, middle, last, line, from, to);
+}
+
+void BlendColumns(const unsigned char* line, const CropColumn* columns, int destinationWidth,
+                  int pixelBytes, unsigned char* out)
+{
+#if PX_CAMERA_AVX2
+    if (UseAvx2()) {
+        if (pixelBytes == 4)
+            BlendColumnsAvx2<4>(line, columns, destinationWidth, out);
+        else
+            BlendColumnsAvx2<3>(line, columns, destinationWidth, out);
+        return;
+    }
+#endif
+    if (pixelBytes == 4)
+        BlendColumnsPlain<4>(line, columns, destinationWidth, out);
+    else
+        BlendColumnsPlain<3>(line, columns, destinationWidth, out);
+}
+
+void WriteOutside(unsigned char* out, int pixelBytes)
+{
+    out[0] = kOutsideLevel;
+    out[1] = kOutsideLevel;
+    out[2] = kOutsideLevel;
+    out[3] = OutsideAlpha(pixelBytes * 8);
+}
+
+void WriteOutsideRow(unsigned char* out, int destinationWidth, int pixelBytes)
+{
+    for (int x = 0; x < destinationWidth; ++x, out += 4)
+        WriteOutside(out, pixelBytes);
+}
