@@ -190,3 +190,21 @@ void RotateRect(tagRECT& r, float degrees, const tagPOINT& centre)
     r.right = corner.x;
     r.bottom = corner.y;
 }
+
+std::vector<CameraPathPoint> CameraPath(int n, const KeyStruct* keys, int ease)
+{
+    std::vector<CameraPathPoint> path;
+    if (n < 1)
+        return path;
+    long last = std::max<long>(keys[n - 1].Frame, 0);
+    long step = last / kMaxCameraPathPoints + 1;
+    path.reserve(static_cast<size_t>(last / step + 2));
+    for (long frame = 0;; frame += step) {
+        frame = std::min(frame, last);
+        path.push_back({CurveFit(n, keys, kFieldXPos, frame, 0, ease),
+                        CurveFit(n, keys, kFieldYPos, frame, 0, ease)});
+        if (frame == last)
+            break;
+    }
+    return path;
+}

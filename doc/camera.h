@@ -7,6 +7,8 @@
 // s = speed / 100; an odd whole part switches curves off for that segment.
 // Kinds: 0 slow in and out, 1 slow in, 2 slow out, 3 plain, 4 hold.
 
+#include <vector>
+
 #include "doc/key.h"
 #include "platform/base/types.h"
 
@@ -47,3 +49,14 @@ float CurveFit(int n, const KeyStruct* keys, int field, long r, int secondField,
 // Turns a point, or the two corners of a rectangle, about a centre (window or picture pixels).
 void RotatePoint(tagPOINT& p, float degrees, const tagPOINT& centre);
 void RotateRect(tagRECT& r, float degrees, const tagPOINT& centre);
+
+// One point of the camera's path, in picture pixels.
+struct CameraPathPoint {
+    float x;
+    float y;
+};
+
+// The camera centre of a picture at frames 0, 1, ... up to its last key's Frame (at most
+// kMaxCameraPathPoints of them, evenly spread over a longer move): the path the stage draws.
+constexpr long kMaxCameraPathPoints = 1L << 16;
+std::vector<CameraPathPoint> CameraPath(int n, const KeyStruct* keys, int ease);

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <cstring>
 
+#include "doc/frame_math.h"
 #include "doc/globals.h"
 #include "platform/base/env.h"
 #include "platform/file/worker.h"
@@ -15,25 +16,6 @@ void KeyIdentity(KeyStruct& key)
     std::memset(&key, 0, sizeof key);
 }
 
-// A frame held as float, truncated toward zero. A value that is not a number, or lies beyond what
-// a frame number can be, comes from a damaged show: it reads as 0 or as the nearest bound, never
-// as an undefined conversion.
-static long FrameOfFloat(float value)
-{
-    constexpr float kLimit = 2147483520.0f;  // largest float below 2^31
-    if (std::isnan(value))
-        return 0;
-    if (value >= kLimit)
-        return static_cast<long>(kLimit);
-    if (value <= -kLimit)
-        return -static_cast<long>(kLimit);
-    return static_cast<long>(value);
-}
-
-static bool IsPicture(int pic)
-{
-    return pic >= 0 && pic < kMaxPictures;
-}
 
 CDoc::CDoc() : image(16, 16, 8), lookAheadImage(16, 16, 8)
 {
@@ -99,6 +81,8 @@ void CDoc::ClearShow()
     std::memset(&extraSpec, 0, sizeof extraSpec);
     border = 0;
     picLoadState = 1;
+    pictureFailures = 0;
+    std::memset(&failedPicture, 0, sizeof failedPicture);
     curPic = 0;
     lookAheadPic = -1;
 }

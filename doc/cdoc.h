@@ -23,6 +23,17 @@ constexpr int kUndoRedelete = 96;
 constexpr int kUndoDeletedKey = 97;
 constexpr int kUndoPictureSwap = 98;
 
+class DocEditor;
+
+// What came of opening a show file.
+enum class ShowFileResult {
+    kOpened,
+    kCantOpen,   // missing or unreadable
+    kNotAShow,   // read, but not a show: the current show is left as it was
+};
+
+struct PicturePreparation;
+
 class CDoc {
 public:
     CDoc();
@@ -83,6 +94,10 @@ public:
     // "Uniform Speed": re-times the keys so the camera travels at one speed.
     void ConstantMotion(int pic);
 
+    // The add-key command: the editor's current camera becomes a key of the picture on screen
+    // (a key within the tolerance is replaced). True when a new key was made.
+    bool AddKey();
+
     // --- Undo ring -----------------------------------------------------------------------------
     // Records an undo entry: a copy of `key` with the picture and the action in Reserved.
     void Do(const KeyStruct& key, int action, int pic);
@@ -90,6 +105,38 @@ public:
     void UnDoAction();
     void UnDo();
     void ReDo();
+
+    // --- Show file -----------------------------------------------------------------------------
+    // Lays the show into `buffer` and answers its length; with a null buffer only answers the
+    // size needed. Either way a picture of one key first gets a second key a second later.
+    long SaveShow(FSpec* where, char* buffer);
+    // Rebuilds the show from the first `size` bytes of `buffer` (which the caller cleared with
+    // ClearShow) and loads its pictures. False, with nothing changed, for a null buffer or a
+    // buffer that is not a show.
+    bool LoadShow(FSpec* where, const char* buffer, long size, bool gotoStart);
+    // Reads a whole show file and, when it is a show, replaces the current show with it.
+    ShowFileResult OpenShowFile(const FSpec* file, bool gotoStart);
+    // Writes the whole show; the old file is replaced only by a complete new one.
+    bool WriteShowFile(const FSpec* file);
+    // The show's default ease as a key's own Ease: (kind + 1) x 1000, + 1 without curves.
+    float EncodedDefaultEase() const;
+
+    // --- Frames and pictures -------------------------------------------------------------------
+    // Renders one frame into `out` (already of the wanted size). fieldMode: 0 whole frame, 1 first
+    // field, 2 second field, 3 both fields interleaved. outgoing: the picture that is leaving
+    // during a transition. False for a size outside 1..8192, no `out` or a picture not loaded.
+    bool RenderFrame(long frame, int fieldMode, bool oddField, int width, int height, CDIB* out,
+                     bool outgoing);
+    // Moves the current frame (clamped to the show), loads its picture with the next one ahead
+    // and computes its camera (currentCamera, and the stage's key when an editor is attached).
+    bool GotoFrame(long frame, bool refresh);
+    // Makes `pic` the picture in `image`: kept, copied from the look-ahead image, or loaded.
+    // Unless noLookAhead, then loads the picture after it into the look-ahead image.
+    bool LoadPictureBuffer(int pic, bool noLookAhead);
+    // Puts a picture file into slot `pic` (at most 63) starting at `start` (0 for slot 0).
+    void LoadPicture(FSpec* spec, int pic, long start);
+    // Attaches the editor's windows (null detaches).
+    void AttachEditor(DocEditor* windows) { editor = windows; }
 
     // --- The show ------------------------------------------------------------------------------
     CDIB image;           // the current source picture the renderer cuts frames from
@@ -116,8 +163,13 @@ public:
     int preBlur = 0;            // "PreBlur"
     uint16_t showWord = 12850;  // the two contrast settings
     int picLoadState = 1;       // result of the last picture load; 2 marks a picture that failed
-    int curPic = 0;             // picture held in `image`
+    int curPic = 0;             // picture held in `image`, -1 none
     int lookAheadPic = -1;      // picture held in `lookAheadImage`, -1 none
+    int lookAheadLoadState = 1;  // load result of the look-ahead picture
+    bool loadBusy = false;       // a picture load is under way
+    KeyStruct currentCamera{};   // the camera GotoFrame computed last
+    int pictureFailures = 0;     // pictures that could not be read since the show was cleared
+    FSpec failedPicture{};       // the last of them
 
     // --- Settings read at construction ---------------------------------------------------------
     int defaultEase = 0;   // "EaseType": low four bits the kind, bit 4 (16) no curves
@@ -145,6 +197,22 @@ public:
 
 private:
     void ReadSettings();
+    // The preparation every picture of this show gets (border, depth, adjustments).
+    PicturePreparation Preparation() const;
+    // "AltImageFolder" as a path-form record; empty when none is set.
+    FSpec AlternativeFolder() const;
+    // Loads picture `pic` into `target` with that preparation; `result` gets the loader's code.
+    bool LoadInto(CDIB& target, int pic, int* result);
+    void NoteFailedPicture(const FSpec& spec);
+    // After an edit that moves or replaces pictures, the images in memory no longer match.
+    void ForgetLookAhead();
+    void ForgetLoadedPictures();
+    // The second-field flag after "FieldSwap", and never outside 24.01 to 40 frames per second.
+    bool SecondFieldFlag(bool secondField) const;
+    // One pass of the camera filter for the picture in `image`.
+    bool FilterCamera(CDIB* out, int pic, long frame, bool secondField, int quality, int fieldCode);
+
+    DocEditor* editor = nullptr;
 };
 
 // The one document, created at start-up before the main window.

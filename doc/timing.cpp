@@ -7,6 +7,7 @@
 
 #include "doc/camera.h"
 #include "doc/cdoc.h"
+#include "doc/frame_math.h"
 
 // "Uniform Speed" samples every frame of a picture; beyond a day of frames at 60 per second the
 // keys come from a damaged show, and sampling them would only stall the program.
@@ -17,18 +18,6 @@ static bool IsSlot(int pic)
     return pic >= 0 && pic < kPictureSlots;
 }
 
-static bool IsPicture(int pic)
-{
-    return pic >= 0 && pic < kMaxPictures;
-}
-
-// A frame product truncated toward zero, held to the range of a key's Frame.
-static int32_t FrameOf(double value)
-{
-    if (std::isnan(value))
-        return 0;
-    return static_cast<int32_t>(std::clamp(std::trunc(value), -2147483648.0, 2147483647.0));
-}
 
 bool CDoc::ShiftKeys(long frame, long delta)
 {
@@ -78,6 +67,9 @@ void CDoc::CopyPic(int dst, int src)
     keyCount[dst] = keyCount[src];
     std::memcpy(keys[dst], keys[src], sizeof keys[src]);
     picSpec[dst] = picSpec[src];
+    // The images in memory may show the picture that was in the slot.
+    if (dst < picCount)
+        ForgetLoadedPictures();
 }
 
 void CDoc::FlopPic(int a, int b)
@@ -91,8 +83,7 @@ void CDoc::FlopPic(int a, int b)
     CopyPic(a, kMaxPictures);
     keys[a][0].PicStart = startA;
     keys[b][0].PicStart = startB;
-    curPic = -1;
-    lookAheadPic = -1;
+    ForgetLoadedPictures();
     dirty = true;
 }
 
@@ -102,7 +93,7 @@ void CDoc::DeletePic(int pic)
         return;
     if (picCount == 1) {
         ClearShow();
-        curPic = -1;
+        ForgetLoadedPictures();
         return;
     }
     picCount -= 1;
@@ -130,6 +121,9 @@ bool CDoc::ChopShow(long length)
 {
     if (length < 0)
         return false;
+    // The show is modified only when a picture or a key goes: a show loaded within its length
+    // stays unmodified (DeletePic marks it itself).
+    bool cut = false;
     // The index moves on after a deletion too: of two neighbours past the end only the first
     // goes in one pass.
     for (int pic = 0; pic < picCount; ++pic)
@@ -146,12 +140,14 @@ bool CDoc::ChopShow(long length)
                 camera.Frame = static_cast<int32_t>(length - start);
                 keys[pic][key] = camera;
                 keyCount[pic] = std::max(1, key + 1);
+                cut = true;
                 break;
             }
         }
     }
     keys[0][0].ShowLen = static_cast<float>(showLength);
-    dirty = true;
+    if (cut)
+        dirty = true;
     return true;
 }
 

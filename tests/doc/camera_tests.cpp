@@ -305,4 +305,33 @@ TEST(RotateRect, DamagedAngleStaysWithinTheCoordinateRange)
     EXPECT_EQ(r.top, 0);
 }
 
+TEST(CameraPath, SamplesTheCurveAtEveryFrameUpToTheLastKey)
+{
+    KeyStruct keys[2];
+    KeyIdentity(keys[0]);
+    KeyIdentity(keys[1]);
+    keys[0].XPos = 10.0f;
+    keys[0].YPos = 20.0f;
+    keys[1].XPos = 110.0f;
+    keys[1].YPos = 20.0f;
+    keys[1].Frame = 50;
+    std::vector<CameraPathPoint> path = CameraPath(2, keys, kEaseNone);
+    ASSERT_EQ(path.size(), 51u);
+    EXPECT_EQ(path.front().x, 10.0f);
+    EXPECT_EQ(path.back().x, 110.0f);
+    EXPECT_EQ(path[25].x, CurveFit(2, keys, kFieldXPos, 25, 0, kEaseNone));
+    EXPECT_EQ(path[25].y, 20.0f);
+}
+
+TEST(CameraPath, LongMovesAreSpreadOverAFixedNumberOfPoints)
+{
+    KeyStruct keys[2];
+    KeyIdentity(keys[0]);
+    KeyIdentity(keys[1]);
+    keys[1].Frame = 2000000000;
+    std::vector<CameraPathPoint> path = CameraPath(2, keys, kEaseNone);
+    EXPECT_LE(path.size(), static_cast<size_t>(kMaxCameraPathPoints + 1));
+    EXPECT_TRUE(CameraPath(0, keys, kEaseNone).empty());
+}
+
 }  // namespace

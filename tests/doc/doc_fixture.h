@@ -21,6 +21,23 @@ protected:
         doc = std::make_unique<CDoc>();
     }
 
+    // The store, headed by the program's name, on these lines (key=value, each ended by CR LF)
+    // over quiet pictures: no video-safe colours, no message for a missing picture. The store answers the first line that matches,
+    // so the given lines win over those defaults.
+    static void LoadSettings(const std::string& lines)
+    {
+        std::string text =
+            "[" + std::string(gEnv.name) + "]\r\n" + lines + "VideoColors=0\r\nShowPicError=0\r\n";
+        LoadIniText(text.data(), text.size());
+    }
+
+    // A fresh document on LoadSettings(lines).
+    void UseSettings(const std::string& lines)
+    {
+        LoadSettings(lines);
+        doc = std::make_unique<CDoc>();
+    }
+
     static KeyStruct KeyAt(int frame, float x = 0.0f, float y = 0.0f)
     {
         KeyStruct key;

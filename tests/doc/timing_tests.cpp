@@ -185,6 +185,18 @@ TEST_F(TimingTest, ChopShowDropsPicturesThatStartAfterTheEnd)
     EXPECT_FALSE(doc->ChopShow(-1));
 }
 
+TEST_F(TimingTest, ChopShowMarksTheShowModifiedOnlyWhenItCuts)
+{
+    MakePictures({0, 100});
+    doc->SetKey(1, KeyAt(50), 1);
+    doc->dirty = false;
+    EXPECT_TRUE(doc->ChopShow(300));
+    EXPECT_FALSE(doc->dirty);
+    EXPECT_TRUE(doc->ChopShow(120));
+    EXPECT_TRUE(doc->dirty);
+    EXPECT_EQ(doc->keys[1][1].Frame, 20);
+}
+
 TEST_F(TimingTest, ChopShowRemovesOnlyTheFirstOfTwoNeighboursPastTheEndInOnePass)
 {
     MakePictures({0, 100, 400, 500});

@@ -1,0 +1,232 @@
+// The pictures behind the frames: loading a picture into the show (LoadPicture), keeping the
+// current and the next picture in memory (LoadPictureBuffer, lbThreadFunc) and moving the current
+// frame (GotoFrame).
+
+#include "doc/picture_cache.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstring>
+#include <thread>
+
+#include "doc/cdoc.h"
+#include "doc/editor_link.h"
+#include "doc/globals.h"
+#include "platform/dialog/message_box.h"
+#include "platform/file/paths.h"
+
+namespace {
+
+// The contrast settings that leave a picture alone: the characters '1' to '3'.
+bool IsNeutralContrast(int value)
+{
+    return value >= 49 && value <= 51;
+}
+
+}  // namespace
+
+int BorderPixels(int border, int width)
+{
+    if (border <= 0)
+        return 0;
+    return static_cast<int>(border / 200.0 * width);
+}
+
+int PictureDepth(int pictureBits, int documentDepth)
+{
+    int own = std::max(pictureBits, 24);
+    return own <= documentDepth ? own : documentDepth;
+}
+
+bool PreparePicture(CDIB& target, const CDIB& picture, const PicturePreparation& preparation)
+{
+    int b = BorderPixels(preparation.border, picture.GetWid());
+    int depth = PictureDepth(picture.GetBitCount(), preparation.depth);
+    if (!target.Create(picture.GetWid() + 2L * b, picture.GetHgt() + 2L * b, depth))
+        return false;
+    if (!picture.CopyScale(&target, preparation.matteColor, b))
+        return false;
+    if (preparation.preBlur > 0)
+        target.Blur(preparation.preBlur);
+    if (preparation.border < 0)
+        target.Tint(preparation.matteColor);
+    int low = preparation.showWord & 0xFF;
+    int high = preparation.showWord >> 8;
+    if (!IsNeutralContrast(low) || !IsNeutralContrast(high))
+        target.Contrast(low, high);
+    if (preparation.videoColors)
+        target.VideoColors();
+    return true;
+}
+
+int lbThreadFunc(void* block)
+{
+    auto* request = static_cast<PictureLoadRequest*>(block);
+    if (request->busy != nullptr)
+        *request->busy = true;
+    CDIB loaded(1, 1, 24);
+    const FSpec* alternative = request->alternativeFolder.name[0] != '\0' ? &request->alternativeFolder
+                                                                           : nullptr;
+    int result = loaded.Load(&request->spec, const_cast<FSpec*>(alternative), request->showErrors);
+    if (result != 0 && !PreparePicture(*request->target, loaded, request->preparation))
+        result = 0;
+    if (request->result != nullptr)
+        *request->result = result;
+    if (request->busy != nullptr)
+        *request->busy = false;
+    delete request;
+    return result;
+}
+
+PicturePreparation CDoc::Preparation() const
+{
+    PicturePreparation preparation;
+    preparation.matteColor = matteColor;
+    preparation.border = border;
+    preparation.depth = ignoreAlpha ? 24 : 32;
+    preparation.preBlur = preBlur;
+    preparation.showWord = showWord;
+    preparation.videoColors = videoColors;
+    return preparation;
+}
+
+FSpec CDoc::AlternativeFolder() const
+{
+    if (altImageFolder[0] == '\0')
+        return FSpec{};
+    return PathFSpec(altImageFolder);
+}
+
+bool CDoc::LoadInto(CDIB& target, int pic, int* result)
+{
+    auto* request = new PictureLoadRequest;
+    request->target = &target;
+    request->spec = picSpec[pic];
+    request->busy = &loadBusy;
+    request->result = result;
+    request->preparation = Preparation();
+    request->alternativeFolder = AlternativeFolder();
+    request->showErrors = showPicError;
+    lbThreadFunc(request);
+    return *result != 0;
+}
+
+bool CDoc::LoadPictureBuffer(int pic, bool noLookAhead)
+{
+    if (pic < 0 || pic >= kMaxPictures)
+        return false;
+    if (pic == curPic)
+        return true;
+    if (pic == lookAheadPic) {
+        if (!lookAheadImage.Copy(&image, true))
+            return false;
+        image.nominalWidth = lookAheadImage.nominalWidth;
+        image.nominalHeight = lookAheadImage.nominalHeight;
+        picLoadState = lookAheadLoadState;
+    } else {
+        curPic = -1;
+        int result = 0;
+        bool loaded = LoadInto(image, pic, &result);
+        picLoadState = result;
+        if (result != 1)
+            NoteFailedPicture(picSpec[pic]);
+        if (!loaded)
+            return false;
+    }
+    curPic = pic;
+    if (!noLookAhead && pic < picCount - 1) {
+        while (loadBusy)
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        lookAheadPic = -1;
+        if (LoadInto(lookAheadImage, pic + 1, &lookAheadLoadState))
+            lookAheadPic = pic + 1;
+    }
+    image.useRotFilter = HasRotationInShow(pic);
+    return true;
+}
+
+void CDoc::LoadPicture(FSpec* spec, int pic, long start)
+{
+    if (spec == nullptr || strnlen(spec->name, kFSpecNameSize) <= 2)
+        return;
+    if (editor != nullptr)
+        editor->ShowBusy(true);
+    CDIB loaded(1, 1, 24);
+    FSpec alternative = AlternativeFolder();
+    picLoadState = loaded.Load(spec, alternative.name[0] != '\0' ? &alternative : nullptr,
+                               showPicError);
+    if (picLoadState != 1)
+        NoteFailedPicture(*spec);
+    if (picLoadState == 0) {
+        if (editor != nullptr)
+            editor->ShowBusy(false);
+        return;
+    }
+    int slot = std::clamp(pic, 0, kMaxPictures - 1);
+    picCount = std::max(picCount, slot + 1);
+    picSpec[slot] = *spec;
+    picSpec[slot].name[kFSpecNameSize - 1] = '\0';
+    SetPicStart(slot == 0 ? 0 : start, slot);
+    ForgetLookAhead();
+    curPic = -1;
+    if (!PreparePicture(image, loaded, Preparation())) {
+        ErrorBox("Not Enough Memory to load Image", -9999);
+        if (editor != nullptr)
+            editor->ShowBusy(false);
+        return;
+    }
+    curPic = slot;
+    image.useRotFilter = HasRotationInShow(slot);
+
+    if (keyCount[slot] < 2) {
+        // A new picture starts with the camera on the whole of it.
+        KeyStruct& first = keys[slot][0];
+        float width = static_cast<float>(image.GetWid());
+        float height = static_cast<float>(image.GetHgt());
+        first.Width = width;
+        if (slatewhirl && height > width * aspectRatio)
+            first.Width = height / aspectRatio;
+        first.XPos = width / 2;
+        first.YPos = height / 2;
+        first.Rotation = 0.0f;
+        first.Rot2 = 0.0f;
+        first.Rot3 = 0.0f;
+    }
+    dirty = true;
+    if (editor != nullptr)
+        editor->ShowBusy(false);
+}
+
+void CDoc::NoteFailedPicture(const FSpec& spec)
+{
+    ++pictureFailures;
+    failedPicture = spec;
+}
+
+void CDoc::ForgetLookAhead()
+{
+    while (loadBusy)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    lookAheadPic = -1;
+}
+
+void CDoc::ForgetLoadedPictures()
+{
+    ForgetLookAhead();
+    curPic = -1;
+}
+
+bool CDoc::GotoFrame(long frame, bool refresh)
+{
+    gCurFrame = std::clamp(frame, 0L, showLength);
+    int pic = FindCurPic(gCurFrame);
+    if (!LoadPictureBuffer(pic, false))
+        return false;
+    QueueKey(&currentCamera, pic, gCurFrame, 0);
+    if (editor != nullptr) {
+        editor->SetCurrentKey(currentCamera);
+        if (refresh)
+            editor->RefreshFrame(gCurFrame);
+    }
+    return true;
+}
