@@ -1,0 +1,253 @@
+// The movie render driver: runs of frames into the open movie with holds, dissolves and a cancel,
+// and the movie job around them.
+
+#include "output/render_driver.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
+#include "doc/cdoc.h"
+#include "doc/frame_math.h"
+#include "doc/globals.h"
+#include "doc/timecode.h"
+#include "output/movie.h"
+#include "platform/dialog/message_box.h"
+#include "platform/file/paths.h"
+#include "platform/ini/settings.h"
+
+namespace {
+
+constexpr int kLargestMovieSide = 4096;
+constexpr float kFastestMovieRate = 60.0f;
+constexpr int kBothFields = 3;
+constexpr const char* kRenderingText = "Rendering... (Hit Esc key to cancel)";
+constexpr const char* kHoldText = "Rendering Hold... (Hit any key to cancel)";
+
+std::string Setting(const char* key, const char* defaultValue)
+{
+    char value[256] = {};
+    GetIniString(key, defaultValue, value, sizeof value - 1);
+    return value;
+}
+
+long TimecodeFrames(const std::string& text)
+{
+    long frame = 0;
+    StringToFrame(&frame, text.c_str());
+    return frame;
+}
+
+void StoreText(const char* key, const std::string& text)
+{
+    std::string value = text;
+    SetIniItem(key, value.data());
+}
+
+std::string Timecode(long frame)
+{
+    char text[kTimecodeSize];
+    FrameToString(text, frame, true);
+    return text;
+}
+
+// Writes the frame `holds` times, showing the hold's progress. False when a write fails.
+bool WriteHold(CDIB* frame, long holds, RenderProgress& progress)
+{
+    for (long j = 0; j < holds; ++j) {
+        progress.Progress(static_cast<double>(j) / static_cast<double>(holds), kHoldText);
+        if (!QTMovieWriteFrame(-1, frame))
+            return false;
+        progress.FrameWritten();
+    }
+    return true;
+}
+
+// The movie of one show in batch mode: the output folder, the show's name without its
+// extension, "B", and ".mov".
+FSpec BatchMovieName(const FSpec& movie, const FSpec& show)
+{
+    char moviePath[kMaxPathLength + 1] = {};
+    char showPath[kMaxPathLength + 1] = {};
+    GetFSpecPath(&movie, moviePath);
+    GetFSpecPath(&show, showPath);
+    std::string folder = moviePath;
+    folder = folder.substr(0, folder.find_last_of('/') + 1);
+    std::string name = showPath;
+    name = name.substr(name.find_last_of('/') + 1);
+    name = name.substr(0, name.find_last_of('.'));
+    return PathFSpec((folder + name + "B.mov").c_str());
+}
+
+}  // namespace
+
+long ShowEnd(const CDoc& doc)
+{
+    int last = std::max(doc.picCount - 1, 0);
+    int keys = std::max(doc.GetKeyCount(last), 1);
+    return doc.GetPicStart(last) + doc.keys[last][keys - 1].Frame;
+}
+
+MovieOptions LoadMovieOptions(const CDoc& doc)
+{
+    MovieOptions options;
+    options.width = std::atoi(Setting("MovieWid", "720").c_str());
+    options.height = std::atoi(Setting("MovieHgt", "480").c_str());
+    options.start = TimecodeFrames(Setting("MovieStart", "00:00:00"));
+    options.end = ShowEnd(doc);
+    options.holds = TimecodeFrames(Setting("MovieHold", "00:00:00"));
+    options.framesPerSecond = static_cast<float>(std::atof(Setting("MovieFPS", "29.97").c_str()));
+    options.quality = std::atoi(Setting("MovieQuality", "100").c_str());
+    options.fields = !Setting("MovieFields", "1").empty();
+    options.reverse = !Setting("MovieReverse", "").empty();
+    return NormaliseMovieOptions(options);
+}
+
+MovieOptions NormaliseMovieOptions(MovieOptions options)
+{
+    options.width = std::clamp(options.width, 0, kLargestMovieSide);
+    options.height = std::clamp(options.height, 0, kLargestMovieSide);
+    float& rate = options.framesPerSecond;
+    if (std::isnan(rate) || rate < 0.0f)
+        rate = 0.0f;
+    else if (rate >= kFastestMovieRate)
+        rate = kFastestMovieRate;
+    return options;
+}
+
+void StoreMovieOptions(const MovieOptions& options)
+{
+    char number[32];
+    std::snprintf(number, sizeof number, "%d", options.width);
+    StoreText("MovieWid", number);
+    std::snprintf(number, sizeof number, "%d", options.height);
+    StoreText("MovieHgt", number);
+    StoreText("MovieStart", Timecode(options.start));
+    StoreText("MovieHold", Timecode(options.holds));
+    std::snprintf(number, sizeof number, "%.2f", static_cast<double>(options.framesPerSecond));
+    StoreText("MovieFPS", number);
+    std::snprintf(number, sizeof number, "%d", options.quality);
+    StoreText("MovieQuality", number);
+    StoreText("MovieFields", options.fields ? "1" : "");
+    StoreText("MovieReverse", options.reverse ? "1" : "");
+}
+
+int MovieTypeOf(const char* name)
+{
+    if (std::strstr(name, ".dps") != nullptr)
+        return 2;
+    if (std::strstr(name, ".mov") != nullptr)
+        return 1;
+    if (std::strstr(name, ".rtv") != nullptr)
+        return 3;
+    return 0;
+}
+
+long MovieFrameCount(const MovieOptions& options)
+{
+    long run = std::labs(options.end - options.start) + 2 * options.holds;
+    return options.reverse ? 2 * run : run;
+}
+
+bool MakeMovie(CDoc& doc, CDIB* frame, int fieldMode, long startFrame, long endFrame,
+               long holdFrames, int quality, RenderProgress& progress)
+{
+    (void)quality;  // the codec took it when the movie was opened
+    doc.GotoFrame(startFrame, true);
+    gCurFrame = startFrame;
+    long count = std::labs(endFrame - startFrame);
+    long step = endFrame < startFrame ? -1 : 1;
+    int width = frame->GetWid();
+    int height = frame->GetHgt();
+    CDIB incoming(1, 1, 32);
+    bool result = true;
+    for (long i = 0; i < count; ++i) {
+        progress.Progress(static_cast<double>(i) / static_cast<double>(count), kRenderingText);
+        progress.ShowFrame(gCurFrame);
+        if (progress.CancelRequested())
+            break;
+        doc.RenderFrame(gCurFrame, fieldMode, false, width, height, frame, true);
+        // During a dissolve the frame above is the outgoing picture; the incoming one is mixed
+        // in more and more until it alone is left.
+        int pic = doc.FindCurPic(gCurFrame);
+        long pictureStart = doc.GetPicStart(pic);
+        long dissolve = FrameOfFloat(doc.keys[pic][0].TransLen);
+        if (pic > 0 && dissolve > 0 && gCurFrame >= pictureStart && gCurFrame < pictureStart + dissolve &&
+            incoming.Create(width, height, 32) &&
+            doc.RenderFrame(gCurFrame, fieldMode, false, width, height, &incoming, false)) {
+            double outgoingShare = 1.0 - static_cast<double>(gCurFrame - pictureStart) / static_cast<double>(dissolve);
+            frame->Dissolve(&incoming, static_cast<float>(outgoingShare));
+        }
+        if (i == 0 && !WriteHold(frame, holdFrames, progress)) {
+            result = false;
+            break;
+        }
+        if (!QTMovieWriteFrame(-1, frame)) {
+            result = false;
+            break;
+        }
+        progress.FrameWritten();
+        gCurFrame += step;
+    }
+    if (result && !WriteHold(frame, holdFrames, progress))
+        result = false;
+    doc.GotoFrame(gCurFrame, true);
+    return result;
+}
+
+MovieJobResult MakeMovieFiles(CDoc& doc, const MovieJob& job, RenderProgress& progress)
+{
+    MovieOptions options = NormaliseMovieOptions(job.options);
+    int fieldMode = options.fields ? kBothFields : 0;
+    char moviePath[kMaxPathLength + 1] = {};
+    GetFSpecPath(&job.movie, moviePath);
+    if (std::strstr(moviePath, ".mov") != nullptr &&
+        !QTSelectCodec(nullptr, options.framesPerSecond, options.quality, false))
+        return MovieJobResult::kCodecCancelled;
+    CDIB frame(options.width, options.height, 32);
+    if (frame.GetBitCount() != 32) {
+        ErrorBox("Not Enough Memory to Make Movie", -9999);
+        return MovieJobResult::kNoMemory;
+    }
+    long total = MovieFrameCount(options);
+    int movieType = MovieTypeOf(moviePath);
+
+    MovieJobResult result = MovieJobResult::kMade;
+    size_t runs = job.shows.empty() ? 1 : job.shows.size();
+    bool first = true;
+    for (size_t run = 0; run < runs; ++run) {
+        FSpec movie = job.movie;
+        long end = options.end;
+        if (!job.shows.empty()) {
+            if (doc.OpenShowFile(&job.shows[run], false) != ShowFileResult::kOpened)
+                continue;
+            movie = BatchMovieName(job.movie, job.shows[run]);
+            end = ShowEnd(doc);
+        }
+        if (!QTMovieWriteOpen(!first, &movie, &frame, options.framesPerSecond, options.quality, total)) {
+            QTMovieWriteClose();
+            ErrorBox("Error Opening Movie File", -9999);
+            return MovieJobResult::kOpenFailed;
+        }
+        first = false;
+        bool written = MakeMovie(doc, &frame, fieldMode, options.start, end, options.holds,
+                                 options.quality, progress);
+        if (written && options.reverse)
+            written = MakeMovie(doc, &frame, fieldMode, end, options.start, options.holds,
+                                options.quality, progress);
+        if (!QTMovieWriteClose())
+            written = false;
+        if (!written)
+            result = MovieJobResult::kWriteFailed;
+    }
+    if (job.storeSettings) {
+        StoreMovieOptions(options);
+        SetIniItem("MovieType", static_cast<long>(movieType));
+    }
+    if (result == MovieJobResult::kMade)
+        ErrorBox("Movie file(s) successfully made", -9999);
+    return result;
+}

@@ -1,0 +1,353 @@
+// The movie render driver: runs forwards and backwards, holds, clamps, cancelling, dissolves,
+// the job's messages and settings, batch names. Movies are written for real with a lossless
+// codec and read back through the movie reader.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "doc/doc_fixture.h"
+#include "doc/globals.h"
+#include "output/movie.h"
+#include "output/render_driver.h"
+#include "platform/dialog/message_box.h"
+#include "platform/ini/settings.h"
+#include "support/bmp_files.h"
+#include "support/temp_dir.h"
+
+namespace {
+
+using pxtest::PathSpec;
+using pxtest::Rgb;
+
+// Records what the driver shows, and cancels once `cancelAt` frames have been shown.
+class RecordingProgress : public RenderProgress {
+public:
+    void Progress(double fraction, const char* text) override
+    {
+        fractions.push_back(fraction);
+        texts.emplace_back(text);
+    }
+    void ShowFrame(long frame) override { frames.push_back(frame); }
+    void FrameWritten() override { ++written; }
+    bool CancelRequested() override
+    {
+        return cancelAt >= 0 && static_cast<long>(frames.size()) > cancelAt;
+    }
+
+    std::vector<double> fractions;
+    std::vector<std::string> texts;
+    std::vector<long> frames;
+    long written = 0;
+    long cancelAt = -1;
+};
+
+constexpr int kWidth = 16;
+constexpr int kHeight = 12;
+
+class RenderDriver : public DocFixture {
+protected:
+    void SetUp() override
+    {
+        SetEnvName("Parallaxotron");
+        UseSettings("");
+        gFrameRate = 3000;
+        ClearMessageBoxScript();
+        UseCodec("png ");
+    }
+
+    void TearDown() override
+    {
+        QTMovieReadClose();
+        QTMovieWriteClose();
+        ClearMessageBoxScript();
+    }
+
+    // One flat picture from frame 0, its camera still on the whole of it until `lastKey`.
+    void OnePicture(Rgb colour, long lastKey)
+    {
+        ASSERT_TRUE(pxtest::WriteFlatBmp(dir.File("one.bmp"), 32, 24, colour));
+        FSpec spec = PathSpec(dir.File("one.bmp"));
+        doc->LoadPicture(&spec, 0, 0);
+        ASSERT_EQ(doc->picCount, 1);
+        KeyStruct last = doc->keys[0][0];
+        last.Frame = static_cast<int>(lastKey);
+        doc->SetKey(1, last, 0);
+    }
+
+    // Red from frame 0, green from frame 20 with a dissolve of `transition` frames into it.
+    void RedThenGreen(float transition)
+    {
+        ASSERT_TRUE(pxtest::WriteFlatBmp(dir.File("red.bmp"), 32, 24, Rgb{200, 0, 0}));
+        ASSERT_TRUE(pxtest::WriteFlatBmp(dir.File("green.bmp"), 32, 24, Rgb{0, 200, 0}));
+        FSpec red = PathSpec(dir.File("red.bmp"));
+        FSpec green = PathSpec(dir.File("green.bmp"));
+        doc->LoadPicture(&red, 0, 0);
+        doc->LoadPicture(&green, 1, 20);
+        for (int pic = 0; pic < 2; ++pic) {
+            KeyStruct last = doc->keys[pic][0];
+            last.Frame = 20;
+            doc->SetKey(1, last, pic);
+        }
+        doc->keys[1][0].TransLen = transition;
+    }
+
+    // Opens a movie for MakeMovie as the job would.
+    bool OpenMovie(const std::string& name, CDIB* frame)
+    {
+        FSpec movie = PathSpec(dir.File(name));
+        return QTSelectCodec(nullptr, 30.0f, 100, false) &&
+               QTMovieWriteOpen(false, &movie, frame, 30.0f, 100, 0);
+    }
+
+    // The frames of a finished movie: its duration in frame periods of 100 units.
+    long MovieFrames(const std::string& name)
+    {
+        FSpec movie = PathSpec(dir.File(name));
+        CDIB frame(1, 1, 32);
+        if (!QTMovieReadOpen(&movie, &frame))
+            return -1;
+        long frames = QTGetMovieDuration() / 100;
+        QTMovieReadClose();
+        return frames;
+    }
+
+    // Red, green and blue of the middle pixel of movie frame `index`.
+    Rgb MovieColour(const std::string& name, long index)
+    {
+        FSpec movie = PathSpec(dir.File(name));
+        CDIB frame(1, 1, 32);
+        Rgb colour{0, 0, 0};
+        if (QTMovieReadOpen(&movie, &frame) && QTMovieReadFrame(index * 100, &frame)) {
+            const unsigned char* pixel = frame.GetBitsAdd(frame.GetHgt() / 2) + frame.GetWid() / 2 * 4;
+            colour = Rgb{pixel[2], pixel[1], pixel[0]};
+        }
+        QTMovieReadClose();
+        return colour;
+    }
+
+    MovieJob Job(const std::string& name, long start, long end)
+    {
+        MovieJob job;
+        job.options.width = kWidth;
+        job.options.height = kHeight;
+        job.options.start = start;
+        job.options.end = end;
+        job.options.framesPerSecond = 30.0f;
+        job.options.fields = false;
+        job.movie = PathSpec(dir.File(name));
+        return job;
+    }
+
+    static std::string Setting(const char* key)
+    {
+        char value[256] = {};
+        GetIniString(key, "?", value, sizeof value - 1);
+        return value;
+    }
+
+    pxtest::TempDir dir;
+    RecordingProgress progress;
+};
+
+TEST_F(RenderDriver, EndBeforeStartRendersTheFramesBackwards)
+{
+    OnePicture(Rgb{10, 20, 30}, 20);
+    CDIB frame(kWidth, kHeight, 32);
+    ASSERT_TRUE(OpenMovie("back.mov", &frame));
+    EXPECT_TRUE(MakeMovie(*doc, &frame, 0, 10, 0, 0, 100, progress));
+    EXPECT_TRUE(QTMovieWriteClose());
+    EXPECT_EQ(progress.frames, (std::vector<long>{10, 9, 8, 7, 6, 5, 4, 3, 2, 1}));
+    EXPECT_EQ(MovieFrames("back.mov"), 10);
+    EXPECT_EQ(gCurFrame, 0);
+}
+
+TEST_F(RenderDriver, OneSecondHoldsAddThirtyFramesAtEachEnd)
+{
+    UseSettings("MovieHold=00:01:00\r\n");
+    OnePicture(Rgb{10, 20, 30}, 20);
+    MovieOptions options = LoadMovieOptions(*doc);
+    EXPECT_EQ(options.holds, 30);
+    CDIB frame(kWidth, kHeight, 32);
+    ASSERT_TRUE(OpenMovie("hold.mov", &frame));
+    EXPECT_TRUE(MakeMovie(*doc, &frame, 0, 0, 5, options.holds, 100, progress));
+    EXPECT_TRUE(QTMovieWriteClose());
+    EXPECT_EQ(progress.written, 65);
+    EXPECT_EQ(MovieFrames("hold.mov"), 65);
+    EXPECT_EQ(std::count(progress.texts.begin(), progress.texts.end(),
+                         std::string("Rendering Hold... (Hit any key to cancel)")),
+              60);
+    EXPECT_EQ(std::count(progress.texts.begin(), progress.texts.end(),
+                         std::string("Rendering... (Hit Esc key to cancel)")),
+              5);
+}
+
+TEST_F(RenderDriver, HoldProgressRunsFromZeroByOneHold)
+{
+    OnePicture(Rgb{10, 20, 30}, 20);
+    CDIB frame(kWidth, kHeight, 32);
+    ASSERT_TRUE(OpenMovie("hold.mov", &frame));
+    EXPECT_TRUE(MakeMovie(*doc, &frame, 0, 0, 1, 4, 100, progress));
+    // Run progress 0 of 1, then the head hold 0, 1/4, 2/4, 3/4, then the tail hold again.
+    std::vector<double> expected{0.0, 0.0, 0.25, 0.5, 0.75, 0.0, 0.25, 0.5, 0.75};
+    EXPECT_EQ(progress.fractions, expected);
+}
+
+TEST_F(RenderDriver, WidthOf5000IsClampedTo4096)
+{
+    UseSettings("MovieWid=5000\r\nMovieHgt=-3\r\n");
+    OnePicture(Rgb{10, 20, 30}, 20);
+    MovieOptions options = LoadMovieOptions(*doc);
+    EXPECT_EQ(options.width, 4096);
+    EXPECT_EQ(options.height, 0);
+}
+
+TEST_F(RenderDriver, FrameRateOf75IsWrittenAs60)
+{
+    UseSettings("MovieFPS=75\r\n");
+    OnePicture(Rgb{10, 20, 30}, 20);
+    EXPECT_EQ(LoadMovieOptions(*doc).framesPerSecond, 60.0f);
+    MovieJob job = Job("fast.mov", 0, 3);
+    job.options.framesPerSecond = 75.0f;
+    EXPECT_EQ(MakeMovieFiles(*doc, job, progress), MovieJobResult::kMade);
+    EXPECT_EQ(Setting("MovieFPS"), "60.00");
+    MovieOptions negative;
+    negative.framesPerSecond = -4.0f;
+    EXPECT_EQ(NormaliseMovieOptions(negative).framesPerSecond, 0.0f);
+}
+
+TEST_F(RenderDriver, EscEndsTheRunAfterTheCurrentFrameWritesTheTailHoldAndSucceeds)
+{
+    OnePicture(Rgb{10, 20, 30}, 20);
+    progress.cancelAt = 4;  // frames 0..3 are written, the fifth is not rendered
+    MovieJob job = Job("esc.mov", 0, 20);
+    job.options.holds = 2;
+    EXPECT_EQ(MakeMovieFiles(*doc, job, progress), MovieJobResult::kMade);
+    EXPECT_EQ(MovieFrames("esc.mov"), 2 + 4 + 2);
+    std::vector<ShownMessageBox> boxes = TakeShownMessageBoxes();
+    ASSERT_EQ(boxes.size(), 1u);
+    EXPECT_EQ(boxes[0].text, "Movie file(s) successfully made");
+}
+
+TEST_F(RenderDriver, ReverseRunAppendsTheSameFramesBackwards)
+{
+    OnePicture(Rgb{10, 20, 30}, 20);
+    MovieJob job = Job("reverse.mov", 2, 6);
+    job.options.reverse = true;
+    job.options.holds = 1;
+    EXPECT_EQ(MovieFrameCount(job.options), 2 * (4 + 2));
+    EXPECT_EQ(MakeMovieFiles(*doc, job, progress), MovieJobResult::kMade);
+    EXPECT_EQ(progress.frames, (std::vector<long>{2, 3, 4, 5, 6, 5, 4, 3}));
+    EXPECT_EQ(MovieFrames("reverse.mov"), 12);
+}
+
+TEST_F(RenderDriver, DissolveRunsFromTheOutgoingPictureToTheIncomingOne)
+{
+    RedThenGreen(10.0f);
+    MovieJob job = Job("dissolve.mov", 18, 32);
+    EXPECT_EQ(MakeMovieFiles(*doc, job, progress), MovieJobResult::kMade);
+    // Frames 18, 19: red alone. Frame 20 starts the dissolve with the outgoing picture whole.
+    Rgb before = MovieColour("dissolve.mov", 1);
+    EXPECT_EQ(before.red, 200);
+    EXPECT_EQ(before.green, 0);
+    Rgb start = MovieColour("dissolve.mov", 2);
+    EXPECT_GE(start.red, 199);
+    EXPECT_LE(start.green, 1);
+    // Half way (frame 25): the cosine ease weighs both at about one half.
+    Rgb middle = MovieColour("dissolve.mov", 7);
+    EXPECT_NEAR(middle.red, 100, 2);
+    EXPECT_NEAR(middle.green, 100, 2);
+    // Later in the dissolve the incoming picture leads; after it (frame 30) green is alone.
+    Rgb late = MovieColour("dissolve.mov", 10);
+    EXPECT_GT(late.green, late.red);
+    Rgb after = MovieColour("dissolve.mov", 12);
+    EXPECT_EQ(after.red, 0);
+    EXPECT_EQ(after.green, 200);
+}
+
+TEST_F(RenderDriver, SizeOfZeroReportsNotEnoughMemory)
+{
+    OnePicture(Rgb{10, 20, 30}, 20);
+    MovieJob job = Job("zero.mov", 0, 3);
+    job.options.width = 0;
+    EXPECT_EQ(MakeMovieFiles(*doc, job, progress), MovieJobResult::kNoMemory);
+    std::vector<ShownMessageBox> boxes = TakeShownMessageBoxes();
+    ASSERT_EQ(boxes.size(), 1u);
+    EXPECT_EQ(boxes[0].text, "Not Enough Memory to Make Movie");
+    EXPECT_FALSE(pxtest::FileExists(dir.File("zero.mov")));
+}
+
+TEST_F(RenderDriver, MissingFolderReportsErrorOpeningMovieFile)
+{
+    OnePicture(Rgb{10, 20, 30}, 20);
+    MovieJob job = Job("no/such/folder/out.mov", 0, 3);
+    EXPECT_EQ(MakeMovieFiles(*doc, job, progress), MovieJobResult::kOpenFailed);
+    std::vector<ShownMessageBox> boxes = TakeShownMessageBoxes();
+    ASSERT_EQ(boxes.size(), 1u);
+    EXPECT_EQ(boxes[0].text, "Error Opening Movie File");
+    EXPECT_EQ(boxes[0].code, kNoErrorNumber);
+}
+
+TEST_F(RenderDriver, JobStoresItsOptionsAndTheMovieType)
+{
+    OnePicture(Rgb{10, 20, 30}, 20);
+    MovieJob job = Job("kept.mov", 3, 6);
+    job.options.holds = 30;
+    job.options.quality = 55;
+    job.options.reverse = true;
+    EXPECT_EQ(MakeMovieFiles(*doc, job, progress), MovieJobResult::kMade);
+    EXPECT_EQ(Setting("MovieWid"), "16");
+    EXPECT_EQ(Setting("MovieHgt"), "12");
+    EXPECT_EQ(Setting("MovieStart"), "00:00:03");
+    EXPECT_EQ(Setting("MovieHold"), "00:01:00");
+    EXPECT_EQ(Setting("MovieFPS"), "30.00");
+    EXPECT_EQ(Setting("MovieQuality"), "55");
+    EXPECT_EQ(Setting("MovieFields"), "");
+    EXPECT_EQ(Setting("MovieReverse"), "1");
+    EXPECT_EQ(Setting("MovieType"), "1");
+}
+
+TEST_F(RenderDriver, JobWithoutStoringLeavesTheSettingsAlone)
+{
+    OnePicture(Rgb{10, 20, 30}, 20);
+    MovieJob job = Job("quiet.mov", 0, 2);
+    job.storeSettings = false;
+    EXPECT_EQ(MakeMovieFiles(*doc, job, progress), MovieJobResult::kMade);
+    EXPECT_EQ(Setting("MovieWid"), "?");
+    EXPECT_EQ(Setting("MovieType"), "?");
+}
+
+TEST_F(RenderDriver, MovieTypeComesFromTheFileName)
+{
+    EXPECT_EQ(MovieTypeOf("a.avi"), 0);
+    EXPECT_EQ(MovieTypeOf("a.mov"), 1);
+    EXPECT_EQ(MovieTypeOf("a.dps"), 2);
+    EXPECT_EQ(MovieTypeOf("a.rtv"), 3);
+    EXPECT_EQ(MovieTypeOf("a.mkv"), 0);
+}
+
+TEST_F(RenderDriver, ShowEndIsTheLastPicturesStartPlusItsLastKey)
+{
+    RedThenGreen(0.0f);
+    EXPECT_EQ(ShowEnd(*doc), 40);
+    EXPECT_EQ(LoadMovieOptions(*doc).end, 40);
+}
+
+TEST_F(RenderDriver, BatchMoviesAreNamedAfterTheShowWithAnAppendedB)
+{
+    OnePicture(Rgb{10, 20, 30}, 4);
+    FSpec show = PathSpec(dir.File("first.plx"));
+    ASSERT_TRUE(doc->WriteShowFile(&show));
+    FSpec missing = PathSpec(dir.File("missing.plx"));
+    MovieJob job = Job("ignored.mov", 0, 0);
+    job.shows = {missing, show};
+    EXPECT_EQ(MakeMovieFiles(*doc, job, progress), MovieJobResult::kMade);
+    EXPECT_TRUE(pxtest::FileExists(dir.File("firstB.mov")));
+    EXPECT_FALSE(pxtest::FileExists(dir.File("ignored.mov")));
+    EXPECT_EQ(MovieFrames("firstB.mov"), 4);  // the end is the end of that show
+}
+
+}  // namespace
