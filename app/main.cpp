@@ -1,0 +1,31 @@
+// Parallaxotron: turns still pictures into moving video by flying a camera over them.
+
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "app/cli/command_line.h"
+#include "app/cli/render_command.h"
+
+int main(int argc, char** argv)
+{
+    std::vector<std::string> arguments(argv + 1, argv + argc);
+    CommandLine line = ParseCommandLine(arguments);
+    switch (line.kind) {
+    case CommandKind::kHelp:
+        std::fputs(UsageText(), stdout);
+        return kExitMade;
+    case CommandKind::kUsageError:
+        std::fprintf(stderr, "parallaxotron: %s\n\n%s", line.error.c_str(), UsageText());
+        return kExitUsage;
+    case CommandKind::kRender:
+    case CommandKind::kStill:
+        WatchForInterrupt();
+        return RunRenderCommand(line, stderr);
+    case CommandKind::kEditor:
+        break;
+    }
+    std::fprintf(stderr, "parallaxotron: the editor is not part of this build yet; render a show with\n"
+                         "  parallaxotron --render show.plx -o movie.mov\n");
+    return kExitUsage;
+}
