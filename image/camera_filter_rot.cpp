@@ -12,13 +12,7 @@
 #include <cstring>
 
 #include "image/camera_filter.h"
-
-#if defined(__x86_64__) && defined(__GNUC__)
-#define PX_CAMERA_AVX2 1
-#include <immintrin.h>
-#else
-#define PX_CAMERA_AVX2 0
-#endif
+#include "image/camera_filter_simd.h"
 
 namespace {
 

@@ -23,14 +23,10 @@ bool IsBmpMark(const unsigned char* bytes)
 
 int CDIB::LoadBmp(CPFile* file)
 {
-    if (header == nullptr)
-        return kPictureNoTarget;
-    if (file == nullptr)
-        return kPictureUnreadable;
-
     unsigned char head[kFileHeaderBytes + kInfoHeaderBytes];
-    file->Seek(0, kSeekFromStart);
-    if (!ReadExact(file, head, sizeof head) || !IsBmpMark(head))
+    if (int opened = ReadFileHead(header != nullptr, file, head, sizeof head); opened != kPictureLoaded)
+        return opened;
+    if (!IsBmpMark(head))
         return kPictureUnreadable;
     // Every field little-endian, assembled byte by byte.
     const uint32_t statedSize = Endian(head + 2, 4, false);

@@ -35,15 +35,9 @@ bool SkipSection(CPFile* file, bool msbFirst)
 
 int CDIB::LoadPsd(CPFile* file)
 {
-    if (header == nullptr)
-        return kPictureNoTarget;
-    if (file == nullptr)
-        return kPictureUnreadable;
-
     unsigned char head[kHeaderBytes];
-    file->Seek(0, kSeekFromStart);
-    if (!ReadExact(file, head, sizeof head))
-        return kPictureUnreadable;
+    if (int opened = ReadFileHead(header != nullptr, file, head, sizeof head); opened != kPictureLoaded)
+        return opened;
     // Big-endian as Photoshop writes it; the signature read backwards marks a file whose numbers
     // were all written the other way round.
     bool msbFirst;

@@ -38,6 +38,18 @@ inline bool ReadExact(CPFile* file, void* buffer, long count)
     return true;
 }
 
+// The opening every reader shares: an image to load into, a file, and the file's first `count`
+// bytes read into `head`. Answers kPictureLoaded when all of them are there.
+inline int ReadFileHead(bool hasTarget, CPFile* file, void* head, long count)
+{
+    if (!hasTarget)
+        return kPictureNoTarget;
+    if (file == nullptr)
+        return kPictureUnreadable;
+    file->Seek(0, kSeekFromStart);
+    return ReadExact(file, head, count) ? kPictureLoaded : kPictureUnreadable;
+}
+
 // Bytes of the file from `offset` to its end; 0 when the offset is at or past the end.
 inline long BytesFrom(CPFile* file, int64_t offset)
 {

@@ -18,15 +18,9 @@ constexpr int kTopLeftOrigin = 0x20; // descriptor bit 5
 
 int CDIB::LoadTga(CPFile* file)
 {
-    if (header == nullptr)
-        return kPictureNoTarget;
-    if (file == nullptr)
-        return kPictureUnreadable;
-
     unsigned char head[kHeaderBytes];
-    file->Seek(0, kSeekFromStart);
-    if (!ReadExact(file, head, sizeof head))
-        return kPictureUnreadable;
+    if (int opened = ReadFileHead(header != nullptr, file, head, sizeof head); opened != kPictureLoaded)
+        return opened;
     const int idLength = head[0];
     const int colourMapType = head[1];
     const int imageType = head[2];

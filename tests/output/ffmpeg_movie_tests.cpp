@@ -7,15 +7,13 @@
 
 #include <gtest/gtest.h>
 
-#include <sys/resource.h>
-
 #include <cmath>
-#include <csignal>
 #include <cstdlib>
 #include <cstring>
 #include <string>
 #include <vector>
 
+#include "support/file_size_limit.h"
 #include "support/temp_dir.h"
 
 namespace
@@ -353,31 +351,6 @@ TEST_F(FFMovie, FolderStandingWhereTheMovieGoesFailsAndIsLeftAlone)
     EXPECT_TRUE(pxtest::FileExists(folder));
 }
 
-// Limits the size of files this process writes, for as long as it lives.
-class FileSizeLimit
-{
-public:
-    explicit FileSizeLimit(rlim_t bytes)
-    {
-        getrlimit(RLIMIT_FSIZE, &saved_);
-        previous_ = std::signal(SIGXFSZ, SIG_IGN);
-        rlimit limit = saved_;
-        limit.rlim_cur = bytes;
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileSizeLimit()
-    {
-        setrlimit(RLIMIT_FSIZE, &saved_);
-        std::signal(SIGXFSZ, previous_);
-    }
-    FileSizeLimit(const FileSizeLimit&) = delete;
-    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-
-private:
-    rlimit saved_ {};
-    void (*previous_)(int) = nullptr;
-};
-
 TEST_F(FFMovie, MovieThatCannotBeFinishedIsRemoved)
 {
     std::string path = dir.File("full.mov");
@@ -387,7 +360,7 @@ TEST_F(FFMovie, MovieThatCannotBeFinishedIsRemoved)
     bool closed = true;
     {
         // The disk is "full" after 100 KB: raw 128 x 128 frames pass that by the second frame.
-        FileSizeLimit limit(100 * 1024);
+        pxtest::FileSizeLimit limit(100 * 1024);
         ASSERT_TRUE(FFOpenMovieWriter(Request(path, "raw ", 128, 128)));
         for (int i = 0; i < 8 && written; ++i)
             written = FFWriteMovieFrame(buffer.bytes.data(), true);

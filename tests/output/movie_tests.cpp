@@ -7,10 +7,7 @@
 
 #include <gtest/gtest.h>
 
-#include <sys/resource.h>
-
 #include <algorithm>
-#include <csignal>
 #include <cstdint>
 #include <cstring>
 #include <functional>
@@ -24,6 +21,7 @@
 #include "platform/dialog/codec_dialog.h"
 #include "platform/file/paths.h"
 #include "platform/ini/settings.h"
+#include "support/file_size_limit.h"
 #include "support/temp_dir.h"
 
 namespace
@@ -714,31 +712,6 @@ TEST_F(MovieLayer, UnwritablePathFailsAndCloseIsStillSafe)
     EXPECT_FALSE(QTMovieWriteFrame(0, &frame));
 }
 
-// Limits the size of files this process writes, for as long as it lives.
-class FileSizeLimit
-{
-public:
-    explicit FileSizeLimit(rlim_t bytes)
-    {
-        getrlimit(RLIMIT_FSIZE, &saved_);
-        previous_ = std::signal(SIGXFSZ, SIG_IGN);
-        rlimit limit = saved_;
-        limit.rlim_cur = bytes;
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileSizeLimit()
-    {
-        setrlimit(RLIMIT_FSIZE, &saved_);
-        std::signal(SIGXFSZ, previous_);
-    }
-    FileSizeLimit(const FileSizeLimit&) = delete;
-    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-
-private:
-    rlimit saved_ {};
-    void (*previous_)(int) = nullptr;
-};
-
 TEST_F(MovieLayer, MovieCutShortByAFullDiskLeavesNoFile)
 {
     REQUIRE_CODEC("raw ");
@@ -748,7 +721,7 @@ TEST_F(MovieLayer, MovieCutShortByAFullDiskLeavesNoFile)
     bool written = true;
     bool closed = true;
     {
-        FileSizeLimit limit(100 * 1024);
+        pxtest::FileSizeLimit limit(100 * 1024);
         ASSERT_TRUE(Open("full.mov", &frame));
         for (int i = 0; i < 8 && written; ++i)
             written = QTMovieWriteFrame(i, &frame);

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <climits>
-#include <csignal>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
@@ -11,12 +10,12 @@
 #include <string>
 #include <vector>
 
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include "platform/base/env.h"
 #include "platform/base/file_types.h"
+#include "support/file_size_limit.h"
 #include "support/temp_dir.h"
 
 namespace {
@@ -648,16 +647,11 @@ TEST_F(SettingsFile, SaveCutShortKeepsThePreviousFileWhole)
     Load(StoreOfLength(600));
     SaveIniFile();
     // A file size limit makes the writing fail part-way, as a full disk would.
-    struct rlimit saved;
-    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &saved), 0);
-    void (*oldHandler)(int) = signal(SIGXFSZ, SIG_IGN);
-    struct rlimit small = saved;
-    small.rlim_cur = 100;
-    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
-    Load(StoreOfLength(500));
-    SaveIniFile();
-    setrlimit(RLIMIT_FSIZE, &saved);
-    signal(SIGXFSZ, oldHandler);
+    {
+        pxtest::FileSizeLimit limit(100);
+        Load(StoreOfLength(500));
+        SaveIniFile();
+    }
 
     EXPECT_EQ(pxtest::ReadText(SettingsPath()), StoreOfLength(600));
     std::vector<std::string> names;
