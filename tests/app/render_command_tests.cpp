@@ -12,6 +12,7 @@
 #include "image/cdib.h"
 #include "output/movie.h"
 #include "platform/file/paths.h"
+#include "support/movie_frames.h"
 #include "support/temp_dir.h"
 
 namespace {
@@ -43,18 +44,6 @@ protected:
         return code;
     }
 
-    // The frames of a movie: its duration in periods of 100 units; -1 when it cannot be read.
-    static long MovieFrames(const std::string& path)
-    {
-        FSpec movie = PathFSpec(path.c_str());
-        CDIB frame(1, 1, 32);
-        if (!QTMovieReadOpen(&movie, &frame))
-            return -1;
-        long frames = QTGetMovieDuration() / 100;
-        QTMovieReadClose();
-        return frames;
-    }
-
     std::string demo = DemoFolder() + "/demo.plx";
     pxtest::TempDir dir;
     std::string said;
@@ -66,7 +55,7 @@ TEST_F(RenderCommand, DemoShowRendersAMovieAndExitsZero)
     int code = Run({"--render", demo, "-o", out, "--size", "160x120", "--start", "0", "--end", "12",
                     "--codec", "png"});
     EXPECT_EQ(code, kExitMade) << said;
-    EXPECT_EQ(MovieFrames(out), 12);
+    EXPECT_EQ(pxtest::MovieFrames(out), 12);
     EXPECT_NE(said.find("Wrote 12 frames to " + out), std::string::npos) << said;
 }
 
@@ -129,7 +118,7 @@ TEST_F(RenderCommand, CtrlCKeepsAPlayableMovieOfTheFramesSoFar)
     InterruptAfterFrames(5);
     int code = Run({"--render", demo, "-o", out, "--size", "64x48", "--end", "40", "--codec", "png"});
     EXPECT_EQ(code, kExitStopped) << said;
-    EXPECT_EQ(MovieFrames(out), 5);
+    EXPECT_EQ(pxtest::MovieFrames(out), 5);
     EXPECT_NE(said.find("holds the 5 frames made so far"), std::string::npos) << said;
 }
 

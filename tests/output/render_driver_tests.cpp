@@ -16,6 +16,7 @@
 #include "platform/dialog/message_box.h"
 #include "platform/ini/settings.h"
 #include "support/bmp_files.h"
+#include "support/movie_frames.h"
 #include "support/temp_dir.h"
 
 namespace {
@@ -103,17 +104,8 @@ protected:
                QTMovieWriteOpen(false, &movie, frame, 30.0f, 100, 0);
     }
 
-    // The frames of a finished movie: its duration in frame periods of 100 units.
-    long MovieFrames(const std::string& name)
-    {
-        FSpec movie = PathSpec(dir.File(name));
-        CDIB frame(1, 1, 32);
-        if (!QTMovieReadOpen(&movie, &frame))
-            return -1;
-        long frames = QTGetMovieDuration() / 100;
-        QTMovieReadClose();
-        return frames;
-    }
+    // The frames of a finished movie in the test's folder.
+    long MovieFrames(const std::string& name) { return pxtest::MovieFrames(dir.File(name)); }
 
     // Red, green and blue of the middle pixel of movie frame `index`.
     Rgb MovieColour(const std::string& name, long index)
