@@ -186,6 +186,18 @@ bool HandlePress(QObject* object, QMouseEvent* event)
     return true;
 }
 
+// While a modal loop reads input, a pointer event is recorded for it and goes no further;
+// otherwise what was recorded and left unread is delivered first and the event goes on.
+bool TakenByModalLoop(CPWnd* window, int message, QPoint at, QObject* object, QMouseEvent* event)
+{
+    if (IsReadingInput()) {
+        RecordInput(window, message, 0, MakePointParam(at.x(), at.y()), at, object, event);
+        return true;
+    }
+    ReplayUnreadInput();
+    return false;
+}
+
 bool HandleRelease(QObject* object, QMouseEvent* event)
 {
     if (IsTracking()) {
@@ -195,15 +207,10 @@ bool HandleRelease(QObject* object, QMouseEvent* event)
     WindowPart part;
     QPoint at;
     CPWnd* window = FindWindowOf(object, &part, &at, event->position().toPoint());
-    if (!window || !IsWindowListed(window))
+    if (!window || !IsWindowListed(window) || part == WindowPart::Frame)
         return false;
-    if (part == WindowPart::Frame)
-        return false;
-    if (IsReadingInput()) {
-        RecordInput(window, kMsgButtonUp, 0, MakePointParam(at.x(), at.y()), at, object, event);
+    if (TakenByModalLoop(window, kMsgButtonUp, at, object, event))
         return true;
-    }
-    ReplayUnreadInput();
     if (part == WindowPart::ScrollBar || part == WindowPart::MenuBar)
         return false;
     // The field's own click ends in the field.
@@ -228,11 +235,8 @@ bool HandleMove(QObject* object, QMouseEvent* event)
     CPWnd* window = FindWindowOf(object, &part, &at, event->position().toPoint());
     if (!window || !IsWindowListed(window))
         return false;
-    if (IsReadingInput()) {
-        RecordInput(window, kMsgMouseMoved, 0, MakePointParam(at.x(), at.y()), at, object, event);
+    if (TakenByModalLoop(window, kMsgMouseMoved, at, object, event))
         return true;
-    }
-    ReplayUnreadInput();
     // Over the field, the field sees the pointer first (its selection drags); what it leaves
     // comes on to the window's content.
     if (part != WindowPart::Content && part != WindowPart::SizeBox)
