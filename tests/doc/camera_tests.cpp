@@ -334,4 +334,34 @@ TEST(CameraPath, LongMovesAreSpreadOverAFixedNumberOfPoints)
     EXPECT_TRUE(CameraPath(0, keys, kEaseNone).empty());
 }
 
+TEST_F(QueueKeyTest, OneKeyGivesEveryCameraFieldOfKeyZeroAtEveryFrameAndEase)
+{
+    doc->picCount = 1;
+    ASSERT_EQ(doc->GetKeyCount(0), 1);
+    KeyStruct& only = doc->keys[0][0];
+    only.XPos = 321.5f;
+    only.YPos = 12.25f;
+    only.Width = 640.0f;
+    only.Rotation = 30.0f;
+    only.Rot2 = -4.5f;
+    only.Rot3 = 7.0f;
+    only.Ease = 2050.0f;
+    for (int ease : {kEaseBoth, kEaseIn, kEaseHold, kEaseNone | kEaseNoCurves}) {
+        doc->defaultEase = ease;
+        for (long frame : {0L, 1L, 99L, 1799L, 100000L}) {
+            for (int second : {0, 1}) {
+                KeyStruct out;
+                doc->QueueKey(&out, 0, frame, second);
+                EXPECT_EQ(out.XPos, 321.5f) << ease << " " << frame << " " << second;
+                EXPECT_EQ(out.YPos, 12.25f) << ease << " " << frame << " " << second;
+                EXPECT_EQ(out.Width, 640.0f) << ease << " " << frame << " " << second;
+                EXPECT_EQ(out.Rotation, 30.0f) << ease << " " << frame << " " << second;
+                EXPECT_EQ(out.Rot2, -4.5f) << ease << " " << frame << " " << second;
+                EXPECT_EQ(out.Rot3, 7.0f) << ease << " " << frame << " " << second;
+                EXPECT_EQ(out.Ease, 2050.0f) << ease << " " << frame << " " << second;
+            }
+        }
+    }
+}
+
 }  // namespace

@@ -291,4 +291,28 @@ TEST_F(Render, SwappingPicturesForgetsTheImagesInMemory)
     EXPECT_GT(out.GetBitsAdd(10)[1], 0);  // green is picture 0 now
 }
 
+TEST_F(Render, AtFiftyFramesASecondFieldSwapAndBothFieldsStillSampleTheFrameItself)
+{
+    UseSettings("FieldSwap=1\r\n");
+    LoadTwoPictures();
+    ASSERT_TRUE(doc->fieldSwap);
+    gFrameRate = 5000;
+    CDIB swapped(40, 30, 32);
+    CDIB both(40, 30, 32);
+    ASSERT_TRUE(doc->RenderFrame(40, 0, false, 40, 30, &swapped, false));
+    ASSERT_TRUE(doc->RenderFrame(40, 3, false, 40, 30, &both, false));
+    doc->fieldSwap = false;
+    CDIB plain(40, 30, 32);
+    ASSERT_TRUE(doc->RenderFrame(40, 0, false, 40, 30, &plain, false));
+    // "FieldSwap" would make the whole frame a second field, and mode 3's second pass takes the
+    // other flag; at 50.00 frames a second both stay on the frame itself.
+    EXPECT_EQ(Pixels(swapped), Pixels(plain));
+    EXPECT_EQ(Pixels(both), Pixels(plain));
+    // At 29.97 the swapped whole frame is half a frame on, so the comparison above can tell.
+    gFrameRate = 2997;
+    doc->fieldSwap = true;
+    ASSERT_TRUE(doc->RenderFrame(40, 0, false, 40, 30, &swapped, false));
+    EXPECT_NE(Pixels(swapped), Pixels(plain));
+}
+
 }  // namespace

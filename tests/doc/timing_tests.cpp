@@ -277,4 +277,28 @@ TEST_F(TimingTest, UniformSpeedStopsWithoutMotionOrTime)
     doc->ConstantMotion(0);
     EXPECT_EQ(doc->undoCount, 0);
 }
+TEST_F(TimingTest, DropExactlySevenFramesAfterThePreviousStartSwapsAndEightMoves)
+{
+    MakePictures({0, 100, 200, 300});
+    doc->keys[2][0].XPos = 2.0f;
+    doc->keys[3][0].XPos = 3.0f;
+    EXPECT_TRUE(doc->ChangePicTiming(207, 3));
+    EXPECT_EQ(doc->keys[2][0].XPos, 3.0f);
+    EXPECT_EQ(doc->keys[3][0].XPos, 2.0f);
+    EXPECT_EQ(doc->GetPicStart(2), 200);
+    EXPECT_EQ(doc->GetPicStart(3), 300);
+    EXPECT_EQ(doc->undoRing[doc->undoHead].Reserved[1], kUndoPictureSwap);
+
+    doc->ClearShow();
+    MakePictures({0, 100, 200, 300});
+    doc->keys[2][0].XPos = 2.0f;
+    doc->keys[3][0].XPos = 3.0f;
+    EXPECT_TRUE(doc->ChangePicTiming(208, 3));
+    EXPECT_EQ(doc->keys[2][0].XPos, 2.0f);
+    EXPECT_EQ(doc->keys[3][0].XPos, 3.0f);
+    EXPECT_EQ(doc->GetPicStart(2), 200);
+    EXPECT_EQ(doc->GetPicStart(3), 208);
+    EXPECT_EQ(doc->undoRing[doc->undoHead].Reserved[1], 0);
+}
+
 }  // namespace

@@ -154,4 +154,33 @@ TEST_F(UndoTest, ClearShowEmptiesTheRing)
     EXPECT_EQ(doc->redoCount, 0);
 }
 
+TEST_F(UndoTest, UndoWithUndoCountZeroAndRedoWithRedoCountZeroLeaveShowAndRing)
+{
+    MakePictures({0, 100, 200});
+    ASSERT_TRUE(doc->ChangePicTiming(150, 1));
+    ASSERT_EQ(doc->undoCount, 1);
+    ASSERT_EQ(doc->redoCount, 0);
+
+    // The ring holds an entry, but the redo count is 0: nothing is applied.
+    doc->ReDo();
+    EXPECT_EQ(doc->GetPicStart(1), 150);
+    EXPECT_EQ(doc->undoHead, 0);
+    EXPECT_EQ(doc->undoCount, 1);
+    EXPECT_EQ(doc->redoCount, 0);
+
+    doc->UnDo();
+    ASSERT_EQ(doc->GetPicStart(1), 100);
+    ASSERT_EQ(doc->undoCount, 0);
+    ASSERT_EQ(doc->redoCount, 1);
+    int head = doc->undoHead;
+
+    // The entry is now its own inverse (start 150), but the undo count is 0: nothing is applied.
+    doc->UnDo();
+    EXPECT_EQ(doc->GetPicStart(1), 100);
+    EXPECT_EQ(doc->undoHead, head);
+    EXPECT_EQ(doc->undoCount, 0);
+    EXPECT_EQ(doc->redoCount, 1);
+    EXPECT_EQ(doc->undoRing[0].PicStart, 150.0f);
+}
+
 }  // namespace
