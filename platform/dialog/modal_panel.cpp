@@ -1,0 +1,47 @@
+#include "platform/dialog/modal_panel.h"
+
+#include "platform/draw/draw_port.h"
+#include "platform/wnd/cpwnd.h"
+#include "platform/wnd/message_queue.h"
+#include "platform/wnd/messages.h"
+
+ModalPanel::ModalPanel(CPWnd* window, const tagRECT& covers)
+    : owner(window), previousPort(GetDrawDC()), previousState(gDrawState), previousFont(pCurFont)
+{
+    saved.Save(GetDC(owner), covers);
+}
+
+ModalPanel::~ModalPanel()
+{
+    saved.Restore();
+    SetDrawDC(previousPort);
+    gDrawState = previousState;
+    pCurFont = previousFont;
+}
+
+void ModalPanel::Select() { GetDC(owner); }
+
+PanelInput ModalPanel::Read()
+{
+    PanelInput input;
+    long time = 0;
+    tagPOINT point = {0, 0};
+    GetAMessage(input.window, input.msg, input.wParam, input.lParam, time, point);
+    input.at = point;
+    if (input.window == owner && owner) {
+        // Content pixels to window pixels, the ones the panel was drawn in.
+        input.at.x = static_cast<int32_t>(int64_t(point.x) + owner->GetWindowOriginX());
+        input.at.y = static_cast<int32_t>(int64_t(point.y) + owner->GetWindowOriginY());
+    }
+    return input;
+}
+
+void ModalPanel::HandOn(const PanelInput& input)
+{
+    if (input.window != owner || !owner)
+        return;
+    if (input.msg != kMsgMouseMoved && input.msg != kMsgButtonUp)
+        return;
+    tagPOINT point = input.at;
+    DispatchAMessage(owner, input.msg, input.wParam, input.lParam, 0, point);
+}
