@@ -1,7 +1,9 @@
 // DrawGetColor: painting the colour picker. Where each part goes is in color_picker.cpp.
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <string>
 
 #include "platform/dialog/dialog_layout.h"
 #include "platform/dialog/dialog_rows.h"
@@ -76,7 +78,10 @@ void DrawTextureRow(const ColorPicker& p)
     // A name of up to 255 characters, the ellipsis and a terminator.
     char name[kDialogTextSize + 4] = "None";
     if (p.texture >= 0) {
-        std::snprintf(name, kDialogTextSize, "%s", p.textures[size_t(p.texture)].c_str());
+        // The end of the path, which holds the file's name however deep its folder lies.
+        const std::string& path = p.textures[size_t(p.texture)];
+        size_t keep = std::min(path.size(), size_t(kDialogTextSize - 1));
+        std::snprintf(name, kDialogTextSize, "%s", path.c_str() + (path.size() - keep));
         StripFilePath(name);
     }
     ShrinkTextWidth(name, kNameRight - kNameLeft, "...");

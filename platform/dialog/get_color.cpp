@@ -44,6 +44,8 @@ bool CPGetColor(CPWnd* owner, int x, int y, long* colour, const char* title)
                 state = kChosen;
             break;
         case kMsgButtonDown: {
+            // A drag ends with its button; one whose release never came ends here.
+            dragging = PickerPart::kNothing;
             if (input.window != owner) {
                 state = kCancelled;
                 break;
