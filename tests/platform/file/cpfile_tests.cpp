@@ -264,6 +264,18 @@ TEST(CPFile, ModeZeroSettlesForReadingWhenWritingIsRefused)
     EXPECT_EQ(file.Read(buffer, 3), 3);
 }
 
+TEST(CPFile, ModeZeroSettlesForReadingAFileNoUserMayWrite)
+{
+    // Read-only kernel attributes refuse writing whatever the rights of the user.
+    const char* path = "/sys/kernel/uevent_seqnum";
+    if (::access(path, R_OK) != 0)
+        GTEST_SKIP() << "no kernel attribute files here";
+    FSpec spec = PathSpec(path);
+    CPFile file;
+    EXPECT_FALSE(file.Open(&spec, kFileRead | kFileWrite));
+    EXPECT_TRUE(file.Open(&spec, 0));
+}
+
 TEST(CPFile, ModeZeroDoesNotCreate)
 {
     pxtest::TempDir dir;

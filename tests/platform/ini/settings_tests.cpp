@@ -660,6 +660,20 @@ TEST_F(SettingsFile, SaveCutShortKeepsThePreviousFileWhole)
     EXPECT_EQ(names, std::vector<std::string>{"Parallaxotron"});  // the half-written file is gone
 }
 
+TEST_F(SettingsFile, SaveThatCannotMakeItsNewFileKeepsThePreviousFile)
+{
+    Load(kHeader + "A=1\r\n");
+    SaveIniFile();
+    // A folder where the new file would go refuses it for every user, root included.
+    std::string blocker =
+        dir_.File(".Parallaxotron.saving-" + std::to_string(static_cast<long>(getpid())));
+    ASSERT_TRUE(std::filesystem::create_directory(blocker));
+    Load(kHeader + "A=2\r\n");
+    SaveIniFile();
+    EXPECT_EQ(pxtest::ReadText(SettingsPath()), kHeader + "A=1\r\n");
+    std::filesystem::remove(blocker);
+}
+
 TEST_F(SettingsFile, SaveIntoReadOnlyFolderKeepsThePreviousFile)
 {
     Load(kHeader + "A=1\r\n");
