@@ -162,9 +162,9 @@ int CPDialog(CPWnd* owner, int x, int y, int count, const char* descriptions, ch
         PanelInput input = panel.Read();
         switch (input.msg) {
         case kMsgKeyDown:
-            if (input.wParam == kCharEscape)
+            if (ReadPanelKey(input) == PanelKey::kCancel)
                 result = kDialogCancelled;
-            else if (input.wParam == kCharReturn)
+            else if (ReadPanelKey(input) == PanelKey::kConfirm)
                 result = kDialogConfirmed;
             break;
         case kMsgButtonDown: {

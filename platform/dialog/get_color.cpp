@@ -38,9 +38,9 @@ bool CPGetColor(CPWnd* owner, int x, int y, long* colour, const char* title)
         PanelInput input = panel.Read();
         switch (input.msg) {
         case kMsgKeyDown:
-            if (input.wParam == kCharEscape)
+            if (ReadPanelKey(input) == PanelKey::kCancel)
                 state = kCancelled;
-            else if (input.wParam == kCharReturn)
+            else if (ReadPanelKey(input) == PanelKey::kConfirm)
                 state = kChosen;
             break;
         case kMsgButtonDown: {

@@ -36,6 +36,17 @@ PanelInput ModalPanel::Read()
     return input;
 }
 
+PanelKey ReadPanelKey(const PanelInput& input)
+{
+    if (input.msg != kMsgKeyDown)
+        return PanelKey::kNone;
+    if (input.wParam == kCharEscape)
+        return PanelKey::kCancel;
+    if (input.wParam == kCharReturn)
+        return PanelKey::kConfirm;
+    return PanelKey::kNone;
+}
+
 void ModalPanel::HandOn(const PanelInput& input)
 {
     if (input.window != owner || !owner)

@@ -20,6 +20,10 @@ struct PanelInput {
     tagPOINT at = {0, 0};     // the pointer in the owner's window pixels (its drawing origin added)
 };
 
+// What a key means to a panel: Esc cancels it, Return confirms it, other keys mean nothing.
+enum class PanelKey { kNone, kCancel, kConfirm };
+PanelKey ReadPanelKey(const PanelInput& input);
+
 class ModalPanel {
 public:
     // Makes the owner's backing image the current port and keeps the pixels of `covers`

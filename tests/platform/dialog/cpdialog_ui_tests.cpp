@@ -17,17 +17,10 @@
 #include "platform/draw/draw_port.h"
 #include "platform/file/file_dialog.h"
 #include "platform/wnd/cpwnd.h"
-#include "../wnd/wnd_test_support.h"
+#include "dialog_test_rows.h"
+#include "posted_input.h"
 
 namespace {
-
-std::vector<char> Rows(const std::vector<std::string>& texts)
-{
-    std::vector<char> rows(texts.size() * kDialogRowSize, 0);
-    for (size_t i = 0; i < texts.size(); ++i)
-        std::strncpy(&rows[i * kDialogRowSize], texts[i].c_str(), kDialogRowSize - 1);
-    return rows;
-}
 
 std::string Value(const std::vector<char>& values, int row)
 {
@@ -78,42 +71,23 @@ protected:
         return QPoint((area.left + area.right) / 2, (area.top + area.bottom) / 2);
     }
 
+    // Input for the owner (or `window`), in its content pixels.
     void PostPress(QPoint at, CPWnd* window = nullptr)
     {
-        QWidget* widget = Content(window ? window : &owner);
-        QCoreApplication::postEvent(widget, new QMouseEvent(QEvent::MouseButtonPress, QPointF(at),
-                                                            QPointF(widget->mapToGlobal(at)),
-                                                            Qt::LeftButton, Qt::LeftButton,
-                                                            Qt::NoModifier));
+        ::PostPress(window ? window : &owner, at.x(), at.y());
     }
-    void PostRelease(QPoint at)
-    {
-        QWidget* widget = Content(&owner);
-        QCoreApplication::postEvent(widget, new QMouseEvent(QEvent::MouseButtonRelease, QPointF(at),
-                                                            QPointF(widget->mapToGlobal(at)),
-                                                            Qt::LeftButton, Qt::NoButton,
-                                                            Qt::NoModifier));
-    }
+    void PostRelease(QPoint at) { ::PostRelease(&owner, at.x(), at.y()); }
     void PostMove(QPoint at, bool held)
     {
-        QWidget* widget = Content(&owner);
-        QCoreApplication::postEvent(
-            widget, new QMouseEvent(QEvent::MouseMove, QPointF(at), QPointF(widget->mapToGlobal(at)),
-                                    Qt::NoButton, held ? Qt::LeftButton : Qt::NoButton,
-                                    Qt::NoModifier));
+        if (held)
+            PostDrag(&owner, at.x(), at.y());
+        else
+            ::PostMove(&owner, at.x(), at.y());
     }
-    void PostClick(QPoint at)
-    {
-        PostPress(at);
-        PostRelease(at);
-    }
-    void PostKey(int key, const char* text)
-    {
-        QCoreApplication::postEvent(Content(&owner),
-                                    new QKeyEvent(QEvent::KeyPress, key, Qt::NoModifier, text));
-    }
-    void PostReturn() { PostKey(Qt::Key_Return, "\r"); }
-    void PostEscape() { PostKey(Qt::Key_Escape, "\x1b"); }
+    void PostClick(QPoint at) { ::PostClick(&owner, at.x(), at.y()); }
+    void PostKey(int key, const char* text) { ::PostKey(&owner, key, QString::fromLatin1(text)); }
+    void PostReturn() { ::PostReturn(&owner); }
+    void PostEscape() { ::PostEscape(&owner); }
 
     // Runs the dialog on the input posted so far. Should the script not end it, Esc arrives
     // after two seconds, so a broken dialog fails the test instead of hanging it.

@@ -15,6 +15,7 @@
 
 #include "platform/dialog/dialog_layout.h"
 #include "platform/draw/draw_port.h"
+#include "dialog_test_rows.h"
 
 namespace {
 
@@ -22,14 +23,6 @@ constexpr uint32_t kFace = 0xFFC0C0C0u;
 constexpr uint32_t kWhite = 0xFFFFFFFFu;
 constexpr uint32_t kBlack = 0xFF000000u;
 constexpr uint32_t kShadow = 0xFF404040u;
-
-std::vector<char> Rows(const std::vector<std::string>& texts)
-{
-    std::vector<char> rows(texts.size() * kDialogRowSize, 0);
-    for (size_t i = 0; i < texts.size(); ++i)
-        std::strncpy(&rows[i * kDialogRowSize], texts[i].c_str(), kDialogRowSize - 1);
-    return rows;
-}
 
 std::string ReferencePath()
 {

@@ -11,16 +11,9 @@
 
 #include "platform/dialog/dialog_rows.h"
 #include "platform/draw/font.h"
+#include "dialog_test_rows.h"
 
 namespace {
-
-std::vector<char> Rows(const std::vector<std::string>& texts)
-{
-    std::vector<char> rows(texts.size() * kDialogRowSize, 0);
-    for (size_t i = 0; i < texts.size(); ++i)
-        std::strncpy(&rows[i * kDialogRowSize], texts[i].c_str(), kDialogRowSize - 1);
-    return rows;
-}
 
 void ExpectRect(const tagRECT& got, int left, int top, int right, int bottom)
 {

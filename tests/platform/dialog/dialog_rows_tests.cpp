@@ -8,17 +8,9 @@
 #include <vector>
 
 #include "platform/dialog/dialog_rows.h"
+#include "dialog_test_rows.h"
 
 namespace {
-
-// Row lists as the callers lay them out: one 64-byte row per text.
-std::vector<char> Rows(const std::vector<std::string>& texts)
-{
-    std::vector<char> rows(texts.size() * kDialogRowSize, 0);
-    for (size_t i = 0; i < texts.size(); ++i)
-        std::strncpy(&rows[i * kDialogRowSize], texts[i].c_str(), kDialogRowSize);
-    return rows;
-}
 
 DialogRow Read(const std::vector<char>& rows, int index)
 {

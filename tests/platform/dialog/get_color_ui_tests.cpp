@@ -6,8 +6,6 @@
 
 #include <QElapsedTimer>
 #include <QImage>
-#include <QKeyEvent>
-#include <QMouseEvent>
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
@@ -15,7 +13,7 @@
 #include "platform/draw/draw_port.h"
 #include "platform/ini/settings.h"
 #include "platform/util/colour.h"
-#include "platform/wnd/wnd_test_support.h"
+#include "posted_input.h"
 #include "support/temp_dir.h"
 
 namespace {
@@ -43,48 +41,6 @@ void SetTextureFolder(const std::string& folder)
     std::string value = folder;
     SetIniItem("TextureFolder", value.data());
 }
-
-// Pointer and key events posted to a window's content (points in content pixels); a modal loop
-// that starts afterwards reads them in order.
-void PostMouse(CPWnd* window, QEvent::Type type, int x, int y, Qt::MouseButtons held)
-{
-    QWidget* content = Content(window);
-    QPoint at(x, y);
-    Qt::MouseButton button = type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton;
-    QCoreApplication::postEvent(content, new QMouseEvent(type, QPointF(at),
-                                                         QPointF(content->mapToGlobal(at)),
-                                                         button, held, Qt::NoModifier));
-}
-
-void PostPress(CPWnd* window, int x, int y)
-{
-    PostMouse(window, QEvent::MouseButtonPress, x, y, Qt::LeftButton);
-}
-void PostRelease(CPWnd* window, int x, int y)
-{
-    PostMouse(window, QEvent::MouseButtonRelease, x, y, Qt::NoButton);
-}
-void PostDrag(CPWnd* window, int x, int y)
-{
-    PostMouse(window, QEvent::MouseMove, x, y, Qt::LeftButton);
-}
-void PostMove(CPWnd* window, int x, int y)
-{
-    PostMouse(window, QEvent::MouseMove, x, y, Qt::NoButton);
-}
-void PostClick(CPWnd* window, int x, int y)
-{
-    PostPress(window, x, y);
-    PostRelease(window, x, y);
-}
-
-void PostKey(CPWnd* window, int key, const QString& text)
-{
-    QCoreApplication::postEvent(Content(window),
-                                new QKeyEvent(QEvent::KeyPress, key, Qt::NoModifier, text));
-}
-void PostReturn(CPWnd* window) { PostKey(window, Qt::Key_Return, QStringLiteral("\r")); }
-void PostEscape(CPWnd* window) { PostKey(window, Qt::Key_Escape, QStringLiteral("\x1b")); }
 
 class GetColorTest : public testing::Test {
 protected:

@@ -8,7 +8,7 @@
 #include "platform/draw/draw_shapes.h"
 #include "platform/draw/draw_state.h"
 #include "platform/draw/font.h"
-#include "../wnd/wnd_test_support.h"
+#include "platform/wnd/wnd_test_support.h"
 
 namespace {
 
@@ -87,6 +87,19 @@ TEST_F(ModalPanelTest, HandsOnOnlyMovesAndButtonUpsOfTheOwner)
             got.push_back(r.msg);
     EXPECT_EQ(got, (std::vector<unsigned int>{kMsgMouseMoved, kMsgButtonUp}));
     EXPECT_EQ(owner.Last(kMsgButtonUp)->lParam, MakePointParam(3, 4));
+}
+
+TEST(ReadPanelKey, EscCancelsReturnConfirmsAndTheRestMeanNothing)
+{
+    PanelInput input{nullptr, kMsgKeyDown, 27, 0, {0, 0}};
+    EXPECT_EQ(ReadPanelKey(input), PanelKey::kCancel);
+    input.wParam = 13;
+    EXPECT_EQ(ReadPanelKey(input), PanelKey::kConfirm);
+    input.wParam = 3;  // the keypad's Enter is not Return
+    EXPECT_EQ(ReadPanelKey(input), PanelKey::kNone);
+    input.msg = kMsgKeyUp;
+    input.wParam = 27;
+    EXPECT_EQ(ReadPanelKey(input), PanelKey::kNone);
 }
 
 }  // namespace
