@@ -489,6 +489,9 @@ OpenResult OpenWriterAs(const FFWriteRequest& request, const AVOutputFormat* con
     // reorders (B-frames) would come back late.
     if (IsAvi(container))
         mWriteMedia->max_b_frames = 0;
+    // As many encoding threads as the encoder finds worth it: the context's default is one,
+    // which leaves the second processor idle while a frame compresses.
+    mWriteMedia->thread_count = 0;
     result = avcodec_open2(mWriteMedia, codec, &options);
     av_dict_free(&options);
     if (result < 0) {
