@@ -33,12 +33,8 @@ struct DialogRun {
     char* values;
     const char* title;
     bool apply;
+    DialogLayout layout;  // measured once: the rows do not change while the dialog runs
 };
-
-DialogLayout LayoutOf(const DialogRun& run)
-{
-    return MakeDialogLayout(run.x, run.y, run.count, run.descriptions, run.apply);
-}
 
 void ToggleCheck(const DialogRun& run, int row)
 {
@@ -60,15 +56,14 @@ void SetRadio(const DialogRun& run, int row)
 void SetSlider(const DialogRun& run, int row, int clickX)
 {
     char text[16];
-    std::snprintf(text, sizeof text, "%d", DialogSliderValueAt(LayoutOf(run), row, clickX));
+    std::snprintf(text, sizeof text, "%d", DialogSliderValueAt(run.layout, row, clickX));
     SetDialogValue(run.values, row, text);
 }
 
 void ChooseColour(const DialogRun& run, int row)
 {
     long colour = GetDialogNumber(run.values, row);
-    DialogLayout layout = LayoutOf(run);
-    if (!CPGetColor(run.owner, layout.x, layout.y, &colour, kColourTitle))
+    if (!CPGetColor(run.owner, run.layout.x, run.layout.y, &colour, kColourTitle))
         return;
     char text[32];
     std::snprintf(text, sizeof text, "%ld", colour);
@@ -150,29 +145,34 @@ int CPDialog(CPWnd* owner, int x, int y, int count, const char* descriptions, ch
     if (!owner || !owner->IsCreated() || count == INT_MIN)
         return kDialogCancelled;
     DialogRun run{owner, x, y, count < 0 ? -count : count, descriptions, values,
-                  title ? title : "", count < 0};
+                  title ? title : "", count < 0, {}};
     if (run.count > kMaxDialogRows || (run.count > 0 && (!descriptions || !values)))
         return kDialogCancelled;
 
-    ModalPanel panel(owner, LayoutOf(run).frame);
+    // The panel first: measuring selects the dialog font, and the caller's goes back at the end.
+    ModalPanel panel(owner);
+    run.layout = MakeDialogLayout(x, y, run.count, descriptions, run.apply);
+    panel.Cover(run.layout.frame);
     Draw(panel, run);
     int result = -1;
     int dragging = -1;  // the slider row following the pointer while the button is held
     while (result < 0) {
         PanelInput input = panel.Read();
         switch (input.msg) {
-        case kMsgKeyDown:
-            if (ReadPanelKey(input) == PanelKey::kCancel)
+        case kMsgKeyDown: {
+            PanelKey key = ReadPanelKey(input);
+            if (key == PanelKey::kCancel)
                 result = kDialogCancelled;
-            else if (ReadPanelKey(input) == PanelKey::kConfirm)
+            else if (key == PanelKey::kConfirm)
                 result = kDialogConfirmed;
             break;
+        }
         case kMsgButtonDown: {
             if (input.window != owner) {
                 result = kDialogCancelled;
                 break;
             }
-            DialogHit hit = HitTestDialog(LayoutOf(run), input.at.x, input.at.y);
+            DialogHit hit = HitTestDialog(run.layout, input.at.x, input.at.y);
             switch (hit.kind) {
             case DialogHitKind::kOutside:
             case DialogHitKind::kCancel:

@@ -5,11 +5,18 @@
 #include "platform/wnd/message_queue.h"
 #include "platform/wnd/messages.h"
 
-ModalPanel::ModalPanel(CPWnd* window, const tagRECT& covers)
+ModalPanel::ModalPanel(CPWnd* window)
     : owner(window), previousPort(GetDrawDC()), previousState(gDrawState), previousFont(pCurFont)
 {
-    saved.Save(GetDC(owner), covers);
+    GetDC(owner);
 }
+
+ModalPanel::ModalPanel(CPWnd* window, const tagRECT& covers) : ModalPanel(window)
+{
+    Cover(covers);
+}
+
+void ModalPanel::Cover(const tagRECT& covers) { saved.Save(GetDC(owner), covers); }
 
 ModalPanel::~ModalPanel()
 {

@@ -26,9 +26,14 @@ PanelKey ReadPanelKey(const PanelInput& input);
 
 class ModalPanel {
 public:
-    // Makes the owner's backing image the current port and keeps the pixels of `covers`
-    // (window pixels, edges included).
+    // Remembers the caller's port, drawing state and font, and makes the owner's backing image
+    // the current port.
+    explicit ModalPanel(CPWnd* owner);
+    // The same, then keeps the pixels of `covers` at once.
     ModalPanel(CPWnd* owner, const tagRECT& covers);
+    // Keeps the pixels of `covers` (window pixels, edges included), to be put back at the end.
+    // For a panel that must measure itself (and so change the font) before it knows its size.
+    void Cover(const tagRECT& covers);
     // Puts the covered pixels back and the caller's port, drawing state and font.
     ~ModalPanel();
     ModalPanel(const ModalPanel&) = delete;

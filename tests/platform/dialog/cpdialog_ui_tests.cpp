@@ -15,6 +15,8 @@
 #include "platform/dialog/message_box.h"
 #include "platform/dialog/string_box.h"
 #include "platform/draw/draw_port.h"
+#include "platform/draw/draw_state.h"
+#include "platform/draw/font.h"
 #include "platform/file/file_dialog.h"
 #include "platform/wnd/cpwnd.h"
 #include "dialog_test_rows.h"
@@ -407,6 +409,20 @@ TEST_F(CPDialogTest, PixelsUnderTheDialogArePutBack)
     for (int y = 0; y < port->Height(); ++y)
         after.insert(after.end(), port->Row(y), port->Row(y) + port->Width());
     EXPECT_EQ(after, before);
+}
+
+TEST_F(CPDialogTest, CallersFontAndDrawingStateComeBack)
+{
+    FontRecord* callers = MakeFont("Sans", 20, kFontBold);
+    SelectFont(callers, -1, 0);
+    DrawState before = gDrawState;
+    PostEscape();
+    Run();
+    EXPECT_EQ(pCurFont, callers);
+    EXPECT_EQ(gDrawState.fontSize, before.fontSize);
+    EXPECT_EQ(gDrawState.fontStyle, before.fontStyle);
+    EXPECT_EQ(gDrawState.fontPixelSize, before.fontPixelSize);
+    RemoveFont(callers);
 }
 
 TEST_F(CPDialogTest, RefusesWithoutAnOwnerOrListsOrWithTooManyRows)
