@@ -40,6 +40,13 @@ long PackColour(long r, long g, long b) { return r | (g << 8) | (b << 16); }
 
 }  // namespace
 
+long ColourFromLevels(long hue, long luminance, long saturation)
+{
+    long r, g, b;
+    HLS2RGB(hue, luminance, saturation, &r, &g, &b);
+    return PackColour(r, g, b);
+}
+
 void OpenColorPicker(ColorPicker* picker, int x, int y, long colour, const char* title)
 {
     *picker = ColorPicker();
@@ -63,9 +70,7 @@ void SetPickerLevels(ColorPicker* picker, long hue, long luminance, long saturat
     picker->hue = std::clamp<long>(hue, 0, kPickerLevels);
     picker->luminance = std::clamp<long>(luminance, 0, kPickerLevels);
     picker->saturation = std::clamp<long>(saturation, 0, kPickerLevels);
-    long r, g, b;
-    HLS2RGB(picker->hue, picker->luminance, picker->saturation, &r, &g, &b);
-    picker->colour = PackColour(r, g, b);
+    picker->colour = ColourFromLevels(picker->hue, picker->luminance, picker->saturation);
 }
 
 void SetPickerColour(ColorPicker* picker, long colour)

@@ -47,6 +47,8 @@ struct ColorPicker {
 // of the "TextureFolder" setting listed, none shown yet.
 void OpenColorPicker(ColorPicker* picker, int x, int y, long colour, const char* title);
 
+// The colour (0x00BBGGRR) that hue, luminance and saturation (0..240 each) make.
+long ColourFromLevels(long hue, long luminance, long saturation);
 // Sets hue, luminance and saturation (each kept within 0..240) and the colour they make.
 void SetPickerLevels(ColorPicker* picker, long hue, long luminance, long saturation);
 // Sets the colour exactly (its top byte cleared) and the levels that describe it.

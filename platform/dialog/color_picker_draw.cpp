@@ -13,7 +13,6 @@
 #include "platform/draw/draw_shapes.h"
 #include "platform/draw/draw_text.h"
 #include "platform/draw/font.h"
-#include "platform/util/colour.h"
 #include "platform/util/text.h"
 
 namespace {
@@ -60,10 +59,9 @@ void DrawHueStrip(const ColorPicker& p)
 {
     tagRECT strip = PickerHueStrip(p);
     for (long hue = 0; hue <= kPickerLevels; ++hue) {
-        long r, g, b;
-        HLS2RGB(hue, kHueStripLevel, kHueStripSaturation, &r, &g, &b);
         int column = strip.left + static_cast<int>(hue);
-        DrawBar(r | (g << 8) | (b << 16), {column, strip.top, column + 1, strip.bottom});
+        DrawBar(ColourFromLevels(hue, kHueStripLevel, kHueStripSaturation),
+                {column, strip.top, column + 1, strip.bottom});
     }
     FrameAround(strip);
     DrawTriangle(kBlack, strip.left + static_cast<int>(p.hue), strip.bottom + 1, kMarkerSize,

@@ -37,12 +37,14 @@ bool CPGetColor(CPWnd* owner, int x, int y, long* colour, const char* title)
     while (state == kRunning) {
         PanelInput input = panel.Read();
         switch (input.msg) {
-        case kMsgKeyDown:
-            if (ReadPanelKey(input) == PanelKey::kCancel)
+        case kMsgKeyDown: {
+            PanelKey key = ReadPanelKey(input);
+            if (key == PanelKey::kCancel)
                 state = kCancelled;
-            else if (ReadPanelKey(input) == PanelKey::kConfirm)
+            else if (key == PanelKey::kConfirm)
                 state = kChosen;
             break;
+        }
         case kMsgButtonDown: {
             // A drag ends with its button; one whose release never came ends here.
             dragging = PickerPart::kNothing;
