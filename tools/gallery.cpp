@@ -77,7 +77,7 @@ void DrawFills(int top)
         DrawTriangle(kInk, 400 + 30 * direction, top + 20, 10, direction);
 }
 
-void DrawControls(int top)
+void DrawControls(int top, CPButton& button)
 {
     Caption("DrawCheck, DrawRadio, DrawSlider, button pictures, CPButton", 10, top);
     top += 18;
@@ -91,7 +91,6 @@ void DrawControls(int top)
         int x = 280 + (picture - kFirstButtonPicture) * 26;
         DrawButtonPicture({x, top - 4, x + 24, top + 18}, picture);
     }
-    static CPButton button(108, 103, 104);
     button.SetPos({10, top + 24, 40, top + 48});
     button.SetState(kButtonPressed);
 }
@@ -150,7 +149,7 @@ public:
         DrawBar(0xF0F0F0, all);
         DrawOutlines(8);
         DrawFills(80);
-        DrawControls(152);
+        DrawControls(152, button);
         DrawTexts(224);
         DrawRubberAndPictures(312);
         SelectFont(Sans10, -1, 0);
@@ -158,6 +157,7 @@ public:
         CPDrawDialog(540, 24, kRowCount, rows.data(), values.data(), "Render Options", true);
     }
 
+    CPButton button{108, 103, 104};  // play forwards: normal, pressed, disabled
     std::vector<char> rows = std::vector<char>(kRowCount * kDialogRowSize, 0);
     std::vector<char> values = std::vector<char>(kRowCount * kDialogRowSize, 0);
 };
