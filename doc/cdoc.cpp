@@ -17,7 +17,7 @@ void KeyIdentity(KeyStruct& key)
 }
 
 
-CDoc::CDoc() : image(16, 16, 8), lookAheadImage(16, 16, 8)
+CDoc::CDoc() : image(16, 16, 8), lookAheadImage(16, 16, 8), previousImage(1, 1, 24)
 {
     ClearShow();
     ReadSettings();
@@ -82,8 +82,10 @@ void CDoc::ClearShow()
     border = 0;
     picLoadState = 1;
     pictureFailures = 0;
+    pictureFileLoads = 0;
     std::memset(&failedPicture, 0, sizeof failedPicture);
     curPic = 0;
+    previousPic = -1;
     lookAheadPic = -1;
 }
 
