@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <cstring>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -285,6 +287,26 @@ TEST(LoadPictureFile, AlternativeFolderWithoutTheFileStillFails)
     ClearMessageBoxScript();
     EXPECT_EQ(image.Load(&file, &folder, false), 2);
     EXPECT_TRUE(IsPlaceholder(image));
+}
+
+TEST(LoadPictureFile, NameFillingItsWholeRecordIsReadOnlyWithinIt)
+{
+    // A record from a show file may hold 256 name characters and no terminator; the retry in the
+    // alternative folder takes its leaf from those bytes alone (255 of them, as every copy of a
+    // name does). The record sits at the very end of its block, so a read past it is caught.
+    TempDir moved;
+    const std::string leaf(255, 'a');
+    ASSERT_TRUE(WriteBytes(moved.File(leaf), MakeTga(TgaOptions { .width = 3 })));
+    auto file = std::make_unique<FSpec>();
+    file->vRefNum = kPathFormMarker;
+    file->parID = kPathFormMarker;
+    std::memset(file->name, 'a', sizeof file->name);
+    FSpec folder = PathSpec(moved.Path());
+    CDIB image(1, 1, 24);
+    ClearMessageBoxScript();
+    EXPECT_EQ(image.Load(file.get(), &folder, true), 1);
+    EXPECT_EQ(image.GetWid(), 3);
+    EXPECT_TRUE(TakeShownMessageBoxes().empty());
 }
 
 int gProviderCalls = 0;
