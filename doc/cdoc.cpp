@@ -17,7 +17,7 @@ void KeyIdentity(KeyStruct& key)
 }
 
 
-CDoc::CDoc() : image(16, 16, 8), lookAheadImage(16, 16, 8), previousImage(1, 1, 24)
+CDoc::CDoc() : image(16, 16, 8), lookAheadImage(16, 16, 8)
 {
     ClearShow();
     ReadSettings();

@@ -148,7 +148,7 @@ public:
     CDIB lookAheadImage;  // the next picture, loaded ahead
     // The picture that was current before: a dissolve or a motion-blur sample that goes back to
     // it takes it from here instead of reading its file again.
-    CDIB previousImage;
+    CDIB previousImage{1, 1, 24};
     int picCount = 0;
     KeyStruct keys[kPictureSlots][kMaxKeys];
     int keyCount[kPictureSlots];
