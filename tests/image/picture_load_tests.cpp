@@ -292,15 +292,16 @@ TEST(LoadPictureFile, AlternativeFolderWithoutTheFileStillFails)
 TEST(LoadPictureFile, NameFillingItsWholeRecordIsReadOnlyWithinIt)
 {
     // A record from a show file may hold 256 name characters and no terminator; the retry in the
-    // alternative folder takes its leaf from those bytes alone (255 of them, as every copy of a
-    // name does). The record sits at the very end of its block, so a read past it is caught.
+    // alternative folder takes its leaf from those bytes alone (the first 255, as every copy of a
+    // name does: "pic.tga" ends as "pic.tg"). The record sits at the very end of its block, so a
+    // read past it is caught.
     TempDir moved;
-    const std::string leaf(255, 'a');
-    ASSERT_TRUE(WriteBytes(moved.File(leaf), MakeTga(TgaOptions { .width = 3 })));
+    ASSERT_TRUE(WriteBytes(moved.File("pic.tg"), MakeTga(TgaOptions { .width = 3 })));
     auto file = std::make_unique<FSpec>();
     file->vRefNum = kPathFormMarker;
     file->parID = kPathFormMarker;
-    std::memset(file->name, 'a', sizeof file->name);
+    const std::string name = std::string(kFSpecNameSize - 8, 'x') + "/pic.tga";
+    std::memcpy(file->name, name.data(), sizeof file->name);
     FSpec folder = PathSpec(moved.Path());
     CDIB image(1, 1, 24);
     ClearMessageBoxScript();
