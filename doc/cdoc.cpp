@@ -59,6 +59,7 @@ void CDoc::ReadSettings()
 void CDoc::ClearShow()
 {
     image.Create(8, 8, 24);
+    previousImage.Create(1, 1, 24);  // nothing of the old show stays in memory
     for (int pic = 0; pic < kPictureSlots; ++pic) {
         keyCount[pic] = 1;
         for (KeyStruct& key : keys[pic])
