@@ -41,6 +41,11 @@ bool CDoc::AddKey()
     KeyStruct key = editor != nullptr ? editor->GetCurrentKey() : currentCamera;
     key.Frame = index == 0 ? 0 : static_cast<int32_t>(relative);
     key.PicStart = keys[pic][0].PicStart;
+    if (index == 0) {
+        // Key 0 also holds the picture's timing: its dissolve and the saved show length stay.
+        key.TransLen = keys[pic][0].TransLen;
+        key.ShowLen = keys[pic][0].ShowLen;
+    }
     key.Reserved[1] = 0;
     if (newKey) {
         key.Ease = 0.0f;

@@ -59,6 +59,7 @@ void CDoc::ReadSettings()
 void CDoc::ClearShow()
 {
     image.Create(8, 8, 24);
+    previousImage.Create(1, 1, 24);  // nothing of the old show stays in memory
     for (int pic = 0; pic < kPictureSlots; ++pic) {
         keyCount[pic] = 1;
         for (KeyStruct& key : keys[pic])
@@ -82,8 +83,10 @@ void CDoc::ClearShow()
     border = 0;
     picLoadState = 1;
     pictureFailures = 0;
+    pictureFileLoads = 0;
     std::memset(&failedPicture, 0, sizeof failedPicture);
     curPic = 0;
+    previousPic = -1;
     lookAheadPic = -1;
 }
 

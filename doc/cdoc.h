@@ -124,16 +124,21 @@ public:
     // --- Frames and pictures -------------------------------------------------------------------
     // Renders one frame into `out` (already of the wanted size). fieldMode: 0 whole frame, 1 first
     // field, 2 second field, 3 both fields interleaved. outgoing: the picture that is leaving
-    // during a transition. False for a size outside 1..8192, no `out` or a picture not loaded.
+    // during a transition. A picture that cannot be read gives the placeholder picture in each
+    // of its frames. False for a size outside 1..8192, no `out` or a picture not in the show.
     bool RenderFrame(long frame, int fieldMode, bool oddField, int width, int height, CDIB* out,
                      bool outgoing);
     // Moves the current frame (clamped to the show), loads its picture with the next one ahead
     // and computes its camera (currentCamera, and the stage's key when an editor is attached).
     bool GotoFrame(long frame, bool refresh);
-    // Makes `pic` the picture in `image`: kept, copied from the look-ahead image, or loaded.
-    // Unless noLookAhead, then loads the picture after it into the look-ahead image.
+    // Makes `pic` the picture in `image`: kept, taken back from `previousImage`, copied from the
+    // look-ahead image, or loaded; the picture it replaces becomes the previous one. Unless
+    // noLookAhead, a picture newly made current has the one after it loaded ahead. Also sets
+    // the rotating-filter choice from the picture's keys as they are now. False for a picture
+    // not in the show or one that could not be read (it is still current, with its load state).
     bool LoadPictureBuffer(int pic, bool noLookAhead);
-    // Puts a picture file into slot `pic` (at most 63) starting at `start` (0 for slot 0).
+    // Puts a picture file into slot `pic` (0..63; anything else is ignored) starting at `start`
+    // (0 for slot 0).
     void LoadPicture(FSpec* spec, int pic, long start);
     // Attaches the editor's windows (null detaches).
     void AttachEditor(DocEditor* windows) { editor = windows; }
@@ -141,6 +146,9 @@ public:
     // --- The show ------------------------------------------------------------------------------
     CDIB image;           // the current source picture the renderer cuts frames from
     CDIB lookAheadImage;  // the next picture, loaded ahead
+    // The picture that was current before: a dissolve or a motion-blur sample that goes back to
+    // it takes it from here instead of reading its file again.
+    CDIB previousImage{1, 1, 24};
     int picCount = 0;
     KeyStruct keys[kPictureSlots][kMaxKeys];
     int keyCount[kPictureSlots];
@@ -162,13 +170,18 @@ public:
     int border = 0;             // half-percent of the picture width; -1 tints with the matte colour
     int preBlur = 0;            // "PreBlur"
     uint16_t showWord = 12850;  // the two contrast settings
-    int picLoadState = 1;       // result of the last picture load; 2 marks a picture that failed
+    // Load results (1 loaded, 0 failed, 2 failed and replaced by the placeholder) of the
+    // pictures held in the three images.
+    int picLoadState = 1;       // of the picture in `image`
     int curPic = 0;             // picture held in `image`, -1 none
+    int previousPic = -1;       // picture held in `previousImage`, -1 none
+    int previousLoadState = 1;
     int lookAheadPic = -1;      // picture held in `lookAheadImage`, -1 none
-    int lookAheadLoadState = 1;  // load result of the look-ahead picture
+    int lookAheadLoadState = 1;
     bool loadBusy = false;       // a picture load is under way
     KeyStruct currentCamera{};   // the camera GotoFrame computed last
     int pictureFailures = 0;     // pictures that could not be read since the show was cleared
+    int pictureFileLoads = 0;    // picture files read since the show was cleared
     FSpec failedPicture{};       // the last of them
 
     // --- Settings read at construction ---------------------------------------------------------

@@ -8,6 +8,7 @@
 #include <chrono>
 #include <cstring>
 #include <thread>
+#include <utility>
 
 #include "doc/cdoc.h"
 #include "doc/editor_link.h"
@@ -107,6 +108,7 @@ bool CDoc::LoadInto(CDIB& target, int pic, int* result)
     request->preparation = Preparation();
     request->alternativeFolder = AlternativeFolder();
     request->showErrors = showPicError;
+    ++pictureFileLoads;
     lbThreadFunc(request);
     return *result != 0;
 }
@@ -115,60 +117,74 @@ bool CDoc::LoadPictureBuffer(int pic, bool noLookAhead)
 {
     if (pic < 0 || pic >= kMaxPictures)
         return false;
-    if (pic == curPic)
-        return true;
-    if (pic == lookAheadPic) {
-        if (!lookAheadImage.Copy(&image, true))
+    if (pic != curPic) {
+        // A slot past the show has no file to read (the empty show's picture 0 is the cleared
+        // image, current from the start).
+        if (pic >= picCount)
             return false;
-        image.nominalWidth = lookAheadImage.nominalWidth;
-        image.nominalHeight = lookAheadImage.nominalHeight;
-        picLoadState = lookAheadLoadState;
-    } else {
-        curPic = -1;
-        int result = 0;
-        bool loaded = LoadInto(image, pic, &result);
-        picLoadState = result;
-        if (result != 1)
-            NoteFailedPicture(picSpec[pic]);
-        if (!loaded)
-            return false;
+        // The current picture stays prepared as the previous one: dissolves and motion blur
+        // alternate between two pictures.
+        image.Swap(previousImage);
+        std::swap(curPic, previousPic);
+        std::swap(picLoadState, previousLoadState);
+        if (pic == curPic) {
+            // The previous picture, back as it was.
+        } else if (pic == lookAheadPic) {
+            curPic = -1;
+            if (!lookAheadImage.Copy(&image, true))
+                return false;
+            image.nominalWidth = lookAheadImage.nominalWidth;
+            image.nominalHeight = lookAheadImage.nominalHeight;
+            picLoadState = lookAheadLoadState;
+        } else {
+            curPic = -1;
+            int result = 0;
+            LoadInto(image, pic, &result);
+            picLoadState = result;
+            if (result != 1)
+                NoteFailedPicture(picSpec[pic]);
+        }
+        // A picture that could not be read stays current too, so its file is tried once per
+        // visit rather than once per frame.
+        curPic = pic;
+        if (!noLookAhead && pic < picCount - 1) {
+            while (loadBusy)
+                std::this_thread::sleep_for(std::chrono::milliseconds(1));
+            lookAheadPic = -1;
+            if (LoadInto(lookAheadImage, pic + 1, &lookAheadLoadState))
+                lookAheadPic = pic + 1;
+        }
     }
-    curPic = pic;
-    if (!noLookAhead && pic < picCount - 1) {
-        while (loadBusy)
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        lookAheadPic = -1;
-        if (LoadInto(lookAheadImage, pic + 1, &lookAheadLoadState))
-            lookAheadPic = pic + 1;
-    }
+    // From the keys as they are now: a rotation added to the current picture counts at once.
     image.useRotFilter = HasRotationInShow(pic);
-    return true;
+    return picLoadState != 0;
 }
 
 void CDoc::LoadPicture(FSpec* spec, int pic, long start)
 {
-    if (spec == nullptr || strnlen(spec->name, kFSpecNameSize) <= 2)
+    if (spec == nullptr || pic < 0 || strnlen(spec->name, kFSpecNameSize) <= 2)
         return;
     if (editor != nullptr)
         editor->ShowBusy(true);
     CDIB loaded(1, 1, 24);
     FSpec alternative = AlternativeFolder();
-    picLoadState = loaded.Load(spec, alternative.name[0] != '\0' ? &alternative : nullptr,
-                               showPicError);
-    if (picLoadState != 1)
+    ++pictureFileLoads;
+    int result = loaded.Load(spec, alternative.name[0] != '\0' ? &alternative : nullptr, showPicError);
+    // Whatever the outcome, the image no longer stands for the picture it held.
+    ForgetLoadedPictures();
+    picLoadState = result;
+    if (result != 1)
         NoteFailedPicture(*spec);
-    if (picLoadState == 0) {
+    if (result == 0) {
         if (editor != nullptr)
             editor->ShowBusy(false);
         return;
     }
-    int slot = std::clamp(pic, 0, kMaxPictures - 1);
+    int slot = std::min(pic, kMaxPictures - 1);
     picCount = std::max(picCount, slot + 1);
     picSpec[slot] = *spec;
     picSpec[slot].name[kFSpecNameSize - 1] = '\0';
     SetPicStart(slot == 0 ? 0 : start, slot);
-    ForgetLookAhead();
-    curPic = -1;
     if (!PreparePicture(image, loaded, Preparation())) {
         ErrorBox("Not Enough Memory to load Image", -9999);
         if (editor != nullptr)
@@ -214,6 +230,7 @@ void CDoc::ForgetLoadedPictures()
 {
     ForgetLookAhead();
     curPic = -1;
+    previousPic = -1;
 }
 
 bool CDoc::GotoFrame(long frame, bool refresh)

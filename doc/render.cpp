@@ -61,6 +61,15 @@ void PaintBarRow(CDIB* out, int row)
     }
 }
 
+// The built-in placeholder picture scaled over the whole frame. It is decoded once: a movie of a
+// show with a missing picture shows it in every frame of that picture.
+bool RenderPlaceholder(CDIB* out)
+{
+    static CDIB placeholder(1, 1, 24);
+    static const bool decoded = BitmapToDIB(&placeholder, kPlaceholderPicture);
+    return decoded && placeholder.CopyScale(out, 0, 0);
+}
+
 }  // namespace
 
 bool CDoc::SecondFieldFlag(bool secondField) const
@@ -87,11 +96,6 @@ bool CDoc::RenderFrame(long frame, int fieldMode, bool oddField, int width, int 
 {
     if (out == nullptr || width < 1 || width > kMaxImageSide || height < 1 || height > kMaxImageSide)
         return false;
-    if (picLoadState == 2 && !showPicError) {
-        CDIB placeholder(1, 1, 24);
-        return BitmapToDIB(&placeholder, kPlaceholderPicture) &&
-               placeholder.CopyScale(out, 0, 0);
-    }
     int quality = draftRender ? 0 : 100;
     frame = std::max(frame, 0L);
     int pic = FindCurPic(frame);
@@ -108,8 +112,13 @@ bool CDoc::RenderFrame(long frame, int fieldMode, bool oddField, int width, int 
     }
     {
         LastKeyExtension moving(keys[pic], keyCount[pic], extension);
-        if (!LoadPictureBuffer(pic, true))
+        LoadPictureBuffer(pic, true);
+        if (curPic != pic)
             return false;
+        // A picture that could not be read shows as the placeholder in every one of its frames,
+        // and only in its own.
+        if (picLoadState != 1)
+            return RenderPlaceholder(out);
         bool second = SecondFieldFlag(fieldMode == 2);
         bool filtered;
         if (fieldMode == 3) {

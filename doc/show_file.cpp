@@ -232,8 +232,17 @@ bool CDoc::LoadShow(FSpec* /*where*/, const char* buffer, long bufferSize, bool 
         in.Skip((count - kept) * kKeyBytes);
         keyCount[pic] = kept;
     }
-    if (picturesRead == kMaxPictures)
+    if (picturesRead == kMaxPictures) {
+        // A full show may still carry the extra file record after its last picture.
+        if (in.Fits(kRecordHeadBytes)) {
+            FSpec spec = in.Spec();
+            if (in.Number<int32_t>() == 0) {
+                extraSpec = spec;
+                hasExtraSpec = true;
+            }
+        }
         in.MoveTo(length - kTrailerBytes);
+    }
 
     if (slatewhirl) {
         float ratio = keys[0][0].ShowLen;
@@ -255,6 +264,9 @@ bool CDoc::LoadShow(FSpec* /*where*/, const char* buffer, long bufferSize, bool 
             showWord = in.Number<uint16_t>();
     }
 
+    // Every record read is a picture of the show, whether or not its file can be read now: one
+    // that cannot keeps its slot, file record and keys, and renders as the placeholder.
+    picCount = picturesRead;
     for (int pic = 0; pic < picturesRead; ++pic) {
         FSpec spec = picSpec[pic];
         LoadPicture(&spec, pic, GetPicStart(pic));

@@ -92,8 +92,8 @@ void CDoc::DeletePic(int pic)
     if (!IsPicture(pic) || pic >= picCount)
         return;
     if (picCount == 1) {
+        // The empty show of ClearShow: its cleared image is picture 0, nothing left to load.
         ClearShow();
-        ForgetLoadedPictures();
         return;
     }
     picCount -= 1;
@@ -112,8 +112,7 @@ void CDoc::DeletePic(int pic)
     keys[picCount][0].Width = 100.0f;
     keyCount[picCount] = 1;
     std::memset(&picSpec[picCount], 0, sizeof(FSpec));
-    curPic = -1;
-    lookAheadPic = -1;
+    ForgetLoadedPictures();
     dirty = true;
 }
 

@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <new>
+#include <utility>
 
 #include "platform/base/memory.h"
 
@@ -172,6 +173,15 @@ void CDIB::PutLine(int row, const unsigned char* buffer)
     if (!HasPixels() || buffer == nullptr || row < 0 || row >= GetHgt())
         return;
     std::memcpy(GetBitsAdd(row), buffer, static_cast<size_t>(GetRowBytes()));
+}
+
+void CDIB::Swap(CDIB& other)
+{
+    std::swap(header, other.header);
+    std::swap(bits, other.bits);
+    std::swap(nominalWidth, other.nominalWidth);
+    std::swap(nominalHeight, other.nominalHeight);
+    std::swap(useRotFilter, other.useRotFilter);
 }
 
 bool CDIB::Copy(CDIB* destination, bool create) const

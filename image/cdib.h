@@ -89,6 +89,8 @@ public:
 
     // Copies the pixels (not the palette); with create, makes the destination the same size first.
     bool Copy(CDIB* destination, bool create) const;
+    // Exchanges everything the two images hold (pixels, palette, sizes, flags) without copying.
+    void Swap(CDIB& other);
     // Cuts a rectangle given in top-down picture coordinates; picture line y comes from storage
     // row height - y (one line of shift, top line black), parts outside the picture are black.
     bool CopyCrop(CDIB* destination, const tagRECT& rectangle) const;

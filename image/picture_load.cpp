@@ -32,19 +32,25 @@ bool HasJpegName(const char* name)
         || std::strstr(name, ".jpeg") != nullptr || std::strstr(name, ".JPEG") != nullptr;
 }
 
+// Characters of a record's name: a name read from a show file may fill the record unterminated.
+int NameLength(const FSpec& spec)
+{
+    return static_cast<int>(strnlen(spec.name, kFSpecNameSize));
+}
+
 // The path of the file named like `file` (its leaf, without any folders) in `folder`.
 bool SameNameIn(const FSpec* folder, const FSpec* file, FSpec* out)
 {
     char folderPath[kMaxPathLength + 1] = {};
     if (IsPathForm(*folder)) {
-        std::snprintf(folderPath, sizeof folderPath, "%s", folder->name);
+        std::snprintf(folderPath, sizeof folderPath, "%.*s", NameLength(*folder), folder->name);
     } else {
         NativeFileRef ref;
         if (!CopyToMacFSSpec(&ref, folder) || !GetPathFromFSSpec(&ref, folderPath))
             return false;
     }
     char leaf[kFSpecNameSize];
-    std::snprintf(leaf, sizeof leaf, "%s", file->name);
+    std::snprintf(leaf, sizeof leaf, "%.*s", NameLength(*file), file->name);
     StripFilePath(leaf);
     if (folderPath[0] == '\0' || leaf[0] == '\0')
         return false;

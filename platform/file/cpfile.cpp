@@ -261,6 +261,8 @@ void CPFile::Close()
     reference_ = 0;
     if (descriptor < 0)
         return;
-    fsync(descriptor);
+    // Only what was written needs flushing; a file opened for reading closes at once.
+    if ((fcntl(descriptor, F_GETFL) & O_ACCMODE) != O_RDONLY)
+        fsync(descriptor);
     close(descriptor);
 }

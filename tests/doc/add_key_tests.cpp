@@ -86,6 +86,22 @@ TEST_F(AddKeyCommand, KeyZeroStaysAtFrameZero)
     EXPECT_EQ(doc->keys[0][0].XPos, 77.0f);
 }
 
+TEST_F(AddKeyCommand, ReplacingKeyZeroKeepsThePicturesStartDissolveAndShowLength)
+{
+    doc->keys[1][0].TransLen = 12.0f;
+    doc->keys[1][0].ShowLen = 900.0f;
+    editor.stageKey.PicStart = 5.0f;
+    editor.stageKey.ShowLen = 3.0f;
+    gCurFrame = 202;
+    EXPECT_FALSE(doc->AddKey());
+    const KeyStruct& key = doc->keys[1][0];
+    EXPECT_EQ(key.XPos, 77.0f);
+    EXPECT_EQ(key.Frame, 0);
+    EXPECT_EQ(key.PicStart, 200.0f);
+    EXPECT_EQ(key.TransLen, 12.0f);
+    EXPECT_EQ(key.ShowLen, 900.0f);
+}
+
 TEST_F(AddKeyCommand, PictureWithSixtyThreeKeysTakesNoMore)
 {
     for (int key = 2; key < 63; ++key)

@@ -1,11 +1,13 @@
 #include "doc/cdoc.h"
 
 #include <cmath>
+#include <cstdio>
 #include <cstring>
 #include <gtest/gtest.h>
 #include <limits>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "doc/globals.h"
 #include "platform/base/env.h"
@@ -484,6 +486,56 @@ TEST_F(CDocTest, DoForAPictureOutOfRangeRecordsNothing)
     doc->Do(KeyAt(1), 0, -1);
     EXPECT_EQ(doc->undoHead, -1);
     EXPECT_EQ(doc->undoCount, 0);
+}
+
+// Every entry point that takes a picture or key index leaves the show alone for a negative one
+// (LoadPicture is checked with a real picture among the picture cache's tests).
+TEST_F(CDocTest, NegativePictureAndKeyIndicesChangeNothing)
+{
+    MakePictures({0, 100});
+    doc->SetKey(1, KeyAt(40, 5.0f), 0);
+    doc->SetKey(1, KeyAt(30, 6.0f), 1);
+    std::snprintf(doc->picSpec[0].name, sizeof doc->picSpec[0].name, "/nowhere/a.bmp");
+    doc->dirty = false;
+    std::vector<char> keys(reinterpret_cast<const char*>(doc->keys),
+                           reinterpret_cast<const char*>(doc->keys) + sizeof doc->keys);
+    std::vector<int> counts(doc->keyCount, doc->keyCount + kPictureSlots);
+    std::vector<char> specs(reinterpret_cast<const char*>(doc->picSpec),
+                            reinterpret_cast<const char*>(doc->picSpec) + sizeof doc->picSpec);
+
+    KeyStruct out = KeyAt(7, 7.0f);
+    for (int index : {-1, -64, std::numeric_limits<int>::min()}) {
+        doc->GetKey(index, out, 0);
+        doc->GetKey(0, out, index);
+        doc->SetKey(index, KeyAt(1), 0);
+        doc->SetKey(0, KeyAt(1), index);
+        doc->SetPicStart(50, index);
+        doc->SortKeys(index);
+        doc->DeleteKey(index, 0);
+        doc->DeleteKey(0, index);
+        doc->Do(KeyAt(1), 0, index);
+        doc->ChangePicTiming(10, index);
+        doc->CopyPic(index, 0);
+        doc->CopyPic(0, index);
+        doc->FlopPic(index, 0);
+        doc->DeletePic(index);
+        doc->RescaleMoves(index, 10, 10, 20, 20);
+        doc->ConstantMotion(index);
+        EXPECT_FALSE(doc->LoadPictureBuffer(index, true));
+        EXPECT_EQ(doc->GetPicStart(index), 0);
+        EXPECT_EQ(doc->GetKeyCount(index), 0);
+        EXPECT_FALSE(doc->HasRotationInShow(index));
+        KeyStruct camera = KeyAt(3, 3.0f);
+        doc->QueueKey(&camera, index, 10, 0);
+        EXPECT_EQ(camera.XPos, 0.0f);
+    }
+    EXPECT_EQ(out.XPos, 7.0f);
+    EXPECT_EQ(std::memcmp(keys.data(), doc->keys, keys.size()), 0);
+    EXPECT_EQ(counts, std::vector<int>(doc->keyCount, doc->keyCount + kPictureSlots));
+    EXPECT_EQ(std::memcmp(specs.data(), doc->picSpec, specs.size()), 0);
+    EXPECT_EQ(doc->picCount, 2);
+    EXPECT_EQ(doc->undoCount, 0);
+    EXPECT_FALSE(doc->dirty);
 }
 
 }  // namespace

@@ -154,6 +154,19 @@ TEST_F(PictureCache, ShortPathsAndMissingFilesAddNothing)
     EXPECT_EQ(doc->picLoadState, 0);
 }
 
+TEST_F(PictureCache, NegativeSlotIsIgnored)
+{
+    FSpec a = Picture("a.bmp", 8, 8, {1, 2, 3});
+    FSpec b = Picture("b.bmp", 6, 6, {4, 5, 6});
+    doc->LoadPicture(&a, 0, 0);
+    doc->LoadPicture(&b, -1, 10);
+    doc->LoadPicture(&b, -64, 10);
+    EXPECT_EQ(doc->picCount, 1);
+    EXPECT_STREQ(doc->picSpec[0].name, dir.File("a.bmp").c_str());
+    EXPECT_EQ(doc->curPic, 0);
+    EXPECT_EQ(doc->image.GetWid(), 8);
+}
+
 TEST_F(PictureCache, SlotsPastTheLastAreCutToSixtyThree)
 {
     FSpec spec = Picture("a.bmp", 8, 8, {1, 2, 3});

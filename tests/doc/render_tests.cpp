@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <cstring>
 #include <vector>
 
@@ -10,6 +11,7 @@
 #include "doc/globals.h"
 #include "doc_fixture.h"
 #include "image/picture_import.h"
+#include "platform/dialog/message_box.h"
 #include "support/bmp_files.h"
 
 namespace {
@@ -230,17 +232,131 @@ TEST_F(Render, SizesOutsideTheLimitsOrNoImageAreRefused)
     EXPECT_EQ(doc->keys[0][1].Frame, 100);
 }
 
-TEST_F(Render, FailedPictureRendersAsThePlaceholderWhenErrorsAreOff)
+// Red from frame 0, a picture whose file is gone from frame 100, blue from frame 200.
+class RenderWithAMissingPicture : public Render {
+protected:
+    void MakeShow()
+    {
+        const char* names[3] = {"red.bmp", "gone.bmp", "blue.bmp"};
+        const Rgb colours[3] = {{200, 0, 0}, {0, 200, 0}, {0, 0, 200}};
+        for (int pic = 0; pic < 3; ++pic) {
+            ASSERT_TRUE(pxtest::WriteFlatBmp(dir.File(names[pic]), 40, 30, colours[pic]));
+            FSpec spec = PathSpec(dir.File(names[pic]));
+            doc->LoadPicture(&spec, pic, pic * 100);
+            KeyStruct later = doc->keys[pic][0];
+            later.Frame = 100;
+            later.PicStart = 0.0f;
+            doc->SetKey(1, later, pic);
+        }
+        ASSERT_EQ(doc->picCount, 3);
+        std::remove(dir.File("gone.bmp").c_str());
+        // Nothing of the pictures stays in memory: each is read again when its frames come.
+        doc->FlopPic(0, 2);
+        doc->FlopPic(0, 2);
+    }
+
+    static std::vector<unsigned char> Placeholder(int width, int height)
+    {
+        CDIB placeholder(1, 1, 24);
+        EXPECT_TRUE(BitmapToDIB(&placeholder, 133));
+        CDIB scaled(width, height, 32);
+        EXPECT_TRUE(placeholder.CopyScale(&scaled, 0, 0));
+        return Pixels(scaled);
+    }
+
+    // Renders frames and checks each against its own picture: red, the placeholder, blue.
+    void ExpectEachPictureInItsOwnFrames()
+    {
+        const std::vector<unsigned char> placeholder = Placeholder(40, 30);
+        for (long frame : {10L, 150L, 160L, 250L, 260L, 199L, 50L, 120L, 280L}) {
+            CDIB out(40, 30, 32);
+            ASSERT_TRUE(doc->RenderFrame(frame, 0, false, 40, 30, &out, false)) << frame;
+            const unsigned char* middle = out.GetBitsAdd(15) + 20 * 4;
+            if (frame < 100) {
+                EXPECT_EQ(middle[2], 200) << frame;
+                EXPECT_EQ(middle[0], 0) << frame;
+            } else if (frame < 200) {
+                EXPECT_EQ(Pixels(out), placeholder) << frame;
+            } else {
+                EXPECT_EQ(middle[0], 200) << frame;
+                EXPECT_EQ(middle[2], 0) << frame;
+            }
+        }
+    }
+};
+
+TEST_F(RenderWithAMissingPicture, OnlyTheMissingPicturesFramesArePlaceholdersWhenErrorsAreOff)
+{
+    MakeShow();
+    ExpectEachPictureInItsOwnFrames();
+}
+
+TEST_F(RenderWithAMissingPicture, OnlyTheMissingPicturesFramesArePlaceholdersWhenErrorsAreShown)
+{
+    UseSettings("ShowPicError=1\r\n");
+    MakeShow();
+    ClearMessageBoxScript();
+    ExpectEachPictureInItsOwnFrames();
+    // The message comes when the picture is read, not at every one of its frames.
+    std::vector<ShownMessageBox> boxes = TakeShownMessageBoxes();
+    ASSERT_FALSE(boxes.empty());
+    EXPECT_LE(boxes.size(), 2u);
+    for (const ShownMessageBox& box : boxes)
+        EXPECT_EQ(box.text, "Can't open graphics file");
+}
+
+TEST_F(Render, RotationAddedToTheCurrentPictureTakesEffectAtOnce)
 {
     LoadTwoPictures();
-    doc->picLoadState = 2;
-    CDIB out(64, 48, 32);
-    ASSERT_TRUE(doc->RenderFrame(10, 0, false, 64, 48, &out, false));
-    CDIB placeholder(1, 1, 24);
-    ASSERT_TRUE(BitmapToDIB(&placeholder, 133));
-    CDIB expected(64, 48, 32);
-    ASSERT_TRUE(placeholder.CopyScale(&expected, 0, 0));
-    EXPECT_EQ(Pixels(out), Pixels(expected));
+    ASSERT_EQ(doc->curPic, 1);
+    CDIB plain(40, 30, 32);
+    ASSERT_TRUE(doc->RenderFrame(150, 0, false, 40, 30, &plain, false));
+    doc->keys[1][0].Rotation = 30.0f;
+    doc->keys[1][1].Rotation = 30.0f;
+    CDIB turned(40, 30, 32);
+    ASSERT_TRUE(doc->RenderFrame(150, 0, false, 40, 30, &turned, false));
+    EXPECT_NE(Pixels(turned), Pixels(plain));
+    // The same frame with the picture read again after the change.
+    ASSERT_TRUE(doc->LoadPictureBuffer(0, true));
+    CDIB reread(40, 30, 32);
+    ASSERT_TRUE(doc->RenderFrame(150, 0, false, 40, 30, &reread, false));
+    EXPECT_EQ(Pixels(turned), Pixels(reread));
+}
+
+TEST_F(Render, DissolveAndMotionBlurFramesReusePreparedPicturesWithTheSameBytes)
+{
+    LoadTwoPictures();
+    doc->keys[1][0].TransLen = 10.0f;
+    doc->blurFrames = 1;
+    // What each frame is when every picture is read afresh for it.
+    std::vector<std::vector<unsigned char>> fresh;
+    for (long frame = 98; frame < 112; ++frame) {
+        for (bool outgoing : {true, false}) {
+            doc->FlopPic(0, 1);
+            doc->FlopPic(0, 1);
+            CDIB out(40, 30, 32);
+            ASSERT_TRUE(doc->RenderFrame(frame, 0, false, 40, 30, &out, outgoing));
+            fresh.push_back(Pixels(out));
+        }
+    }
+    // Both pictures in memory; their files change on disk, and the frames do not.
+    doc->FlopPic(0, 1);
+    doc->FlopPic(0, 1);
+    CDIB first(40, 30, 32);
+    ASSERT_TRUE(doc->RenderFrame(105, 0, false, 40, 30, &first, true));
+    ASSERT_TRUE(doc->RenderFrame(105, 0, false, 40, 30, &first, false));
+    int loads = doc->pictureFileLoads;
+    ASSERT_TRUE(pxtest::WriteFlatBmp(dir.File("red.bmp"), 80, 60, {0, 0, 255}));
+    ASSERT_TRUE(pxtest::WriteFlatBmp(dir.File("green.bmp"), 80, 60, {0, 0, 255}));
+    size_t index = 0;
+    for (long frame = 98; frame < 112; ++frame) {
+        for (bool outgoing : {true, false}) {
+            CDIB out(40, 30, 32);
+            ASSERT_TRUE(doc->RenderFrame(frame, 0, false, 40, 30, &out, outgoing));
+            EXPECT_EQ(Pixels(out), fresh[index++]) << frame << (outgoing ? " outgoing" : " incoming");
+        }
+    }
+    EXPECT_EQ(doc->pictureFileLoads, loads);
 }
 
 TEST_F(Render, DraftRenderSamplesTheNearestPixel)

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdio>
 #include <cstring>
 #include <limits>
 #include <vector>
@@ -12,6 +13,7 @@
 #include "doc/globals.h"
 #include "doc_fixture.h"
 #include "support/bmp_files.h"
+#include "platform/dialog/message_box.h"
 #include "platform/file/endian.h"
 
 namespace {
@@ -430,6 +432,54 @@ TEST_F(ShowFile, MissingPictureIsReplacedByThePlaceholderWhenErrorsAreOff)
     std::unique_ptr<CDoc> loaded = Load(bytes);
     EXPECT_EQ(loaded->picCount, 2);
     EXPECT_EQ(loaded->picLoadState, 2);
+}
+
+TEST_F(ShowFile, MissingLastPicturesKeepTheirSlotsRecordsAndKeysThroughLoadAndSave)
+{
+    MakeShow();
+    ASSERT_TRUE(pxtest::WriteFlatBmp(dir.File("c.bmp"), 30, 30, {10, 10, 200}));
+    FSpec c = PathSpec(dir.File("c.bmp"));
+    doc->LoadPicture(&c, 2, 300);
+    doc->SetKey(1, KeyAt(50, 3.0f, 4.0f), 2);
+    ASSERT_EQ(doc->picCount, 3);
+    std::vector<char> first = Save();
+    std::remove(dir.File("b.bmp").c_str());
+    std::remove(dir.File("c.bmp").c_str());
+    ClearMessageBoxScript();
+    std::unique_ptr<CDoc> loaded = Load(first, "ShowPicError=1\r\n");
+    ExpectSameShow(*doc, *loaded);
+    // Each missing picture is reported.
+    std::vector<ShownMessageBox> boxes = TakeShownMessageBoxes();
+    ASSERT_EQ(boxes.size(), 2u);
+    EXPECT_EQ(boxes[1].text, "Can't open graphics file");
+    long size = loaded->SaveShow(nullptr, nullptr);
+    std::vector<char> second(static_cast<size_t>(size), '\x5A');
+    loaded->SaveShow(nullptr, second.data());
+    ASSERT_EQ(first.size(), second.size());
+    SetAt<uint16_t>(second, 2, At<uint16_t>(first, 2));
+    EXPECT_EQ(first, second);
+}
+
+TEST_F(ShowFile, ExtraRecordAfterTheSixtyFourthPictureIsReadAndSavedAgain)
+{
+    for (int pic = 0; pic < kMaxPictures; ++pic) {
+        doc->SetPicStart(pic * 10, pic);
+        std::snprintf(doc->picSpec[pic].name, sizeof doc->picSpec[pic].name, "/nowhere/pic%d.bmp", pic);
+        doc->SetKey(1, KeyAt(5), pic);
+    }
+    doc->picCount = kMaxPictures;
+    doc->hasExtraSpec = true;
+    doc->extraSpec = PathSpec("/somewhere/extra.aif");
+    std::vector<char> first = Save();
+    ASSERT_EQ(first.size(), static_cast<size_t>(28 + 64 * (266 + 2 * 56) + 266));
+    std::unique_ptr<CDoc> loaded = Load(first);
+    EXPECT_EQ(loaded->picCount, kMaxPictures);
+    ASSERT_TRUE(loaded->hasExtraSpec);
+    EXPECT_STREQ(loaded->extraSpec.name, "/somewhere/extra.aif");
+    std::vector<char> second(first.size(), '\x5A');
+    ASSERT_EQ(loaded->SaveShow(nullptr, second.data()), static_cast<long>(first.size()));
+    SetAt<uint16_t>(second, 2, At<uint16_t>(first, 2));
+    EXPECT_EQ(first, second);
 }
 
 TEST_F(ShowFile, WrittenFileOpensAsTheSameShow)

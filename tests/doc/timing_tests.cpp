@@ -4,6 +4,8 @@
 
 #include "doc/camera.h"
 #include "doc_fixture.h"
+#include "platform/dialog/message_box.h"
+#include "support/bmp_files.h"
 
 namespace {
 
@@ -139,6 +141,39 @@ TEST_F(TimingTest, DeletePicOnTheOnlyPictureEmptiesTheShow)
     EXPECT_EQ(doc->picCount, 0);
     EXPECT_EQ(doc->GetKeyCount(0), 1);
     EXPECT_EQ(doc->picSpec[0].name[0], 0);
+}
+
+TEST_F(TimingTest, DeletingTheOnlyPictureLeavesAnEmptyShowThatLoadsNothing)
+{
+    UseSettings("ShowPicError=1\r\n");
+    pxtest::TempDir dir;
+    ASSERT_TRUE(pxtest::WriteFlatBmp(dir.File("a.bmp"), 8, 8, {1, 2, 3}));
+    FSpec spec = pxtest::PathSpec(dir.File("a.bmp"));
+    doc->LoadPicture(&spec, 0, 0);
+    ASSERT_EQ(doc->picCount, 1);
+    ClearMessageBoxScript();
+    doc->DeletePic(0);
+    EXPECT_EQ(doc->picCount, 0);
+    EXPECT_TRUE(doc->GotoFrame(0, true));
+    CDIB out(16, 12, 32);
+    EXPECT_TRUE(doc->RenderFrame(0, 0, false, 16, 12, &out, false));
+    EXPECT_EQ(doc->pictureFileLoads, 0);
+    EXPECT_EQ(doc->pictureFailures, 0);
+    EXPECT_TRUE(TakeShownMessageBoxes().empty());
+    EXPECT_EQ(doc->SaveShow(nullptr, nullptr), 28);
+}
+
+TEST_F(TimingTest, PictureSlotsPastTheShowAreNeverLoaded)
+{
+    UseSettings("ShowPicError=1\r\n");
+    MakePictures({0});
+    doc->picCount = 0;
+    doc->curPic = -1;
+    ClearMessageBoxScript();
+    EXPECT_FALSE(doc->LoadPictureBuffer(0, false));
+    EXPECT_FALSE(doc->LoadPictureBuffer(5, true));
+    EXPECT_EQ(doc->pictureFileLoads, 0);
+    EXPECT_TRUE(TakeShownMessageBoxes().empty());
 }
 
 TEST_F(TimingTest, DeletePicMovesLaterPicturesIntoEarlierTimeSlots)

@@ -327,6 +327,26 @@ TYPED_TEST(CopyAtEveryDepth, WithoutCreateFillsTheSameShapedImage)
     EXPECT_EQ(AllRows(destination), AllRows(source));
 }
 
+TEST(Swap, ExchangesPixelsSizesAndFlagsWithoutCopying)
+{
+    CDIB first(5, 3, 24);
+    FillPattern(first);
+    first.useRotFilter = true;
+    CDIB second(2, 7, 32);
+    std::vector<unsigned char> firstRows = AllRows(first);
+    unsigned char* firstBits = first.bits;
+    first.Swap(second);
+    EXPECT_EQ(second.bits, firstBits);
+    EXPECT_EQ(second.GetWid(), 5);
+    EXPECT_EQ(second.GetBitCount(), 24);
+    EXPECT_TRUE(second.useRotFilter);
+    EXPECT_EQ(AllRows(second), firstRows);
+    EXPECT_EQ(first.GetWid(), 2);
+    EXPECT_EQ(first.GetHgt(), 7);
+    EXPECT_EQ(first.GetBitCount(), 32);
+    EXPECT_FALSE(first.useRotFilter);
+}
+
 TEST(Copy, PaletteIsNotCopied)
 {
     CDIB source(2, 2, 8);

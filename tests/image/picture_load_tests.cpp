@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <cstring>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -285,6 +287,27 @@ TEST(LoadPictureFile, AlternativeFolderWithoutTheFileStillFails)
     ClearMessageBoxScript();
     EXPECT_EQ(image.Load(&file, &folder, false), 2);
     EXPECT_TRUE(IsPlaceholder(image));
+}
+
+TEST(LoadPictureFile, NameFillingItsWholeRecordIsReadOnlyWithinIt)
+{
+    // A record from a show file may hold 256 name characters and no terminator; the retry in the
+    // alternative folder takes its leaf from those bytes alone (the first 255, as every copy of a
+    // name does: "pic.tga" ends as "pic.tg"). The record sits at the very end of its block, so a
+    // read past it is caught.
+    TempDir moved;
+    ASSERT_TRUE(WriteBytes(moved.File("pic.tg"), MakeTga(TgaOptions { .width = 3 })));
+    auto file = std::make_unique<FSpec>();
+    file->vRefNum = kPathFormMarker;
+    file->parID = kPathFormMarker;
+    const std::string name = std::string(kFSpecNameSize - 8, 'x') + "/pic.tga";
+    std::memcpy(file->name, name.data(), sizeof file->name);
+    FSpec folder = PathSpec(moved.Path());
+    CDIB image(1, 1, 24);
+    ClearMessageBoxScript();
+    EXPECT_EQ(image.Load(file.get(), &folder, true), 1);
+    EXPECT_EQ(image.GetWid(), 3);
+    EXPECT_TRUE(TakeShownMessageBoxes().empty());
 }
 
 int gProviderCalls = 0;

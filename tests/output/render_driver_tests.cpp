@@ -5,12 +5,14 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
 #include <string>
 #include <vector>
 
 #include "doc/doc_fixture.h"
 #include "doc/globals.h"
+#include "output/ffmpeg_movie.h"
 #include "output/movie.h"
 #include "output/render_driver.h"
 #include "platform/dialog/message_box.h"
@@ -177,6 +179,24 @@ TEST_F(RenderDriver, OneSecondHoldsAddThirtyFramesAtEachEnd)
               5);
 }
 
+TEST_F(RenderDriver, HoldsRepeatTheFirstFrameBeforeTheRunAndTheLastAfterIt)
+{
+    // Frames 18 and 19 are red, 20 and 21 green: the run's first and last frames differ.
+    RedThenGreen(0.0f);
+    CDIB frame(kWidth, kHeight, 32);
+    ASSERT_TRUE(OpenMovie("held.mov", &frame));
+    EXPECT_TRUE(MakeMovie(*doc, &frame, 0, 18, 22, 3, 100, progress));
+    EXPECT_TRUE(QTMovieWriteClose());
+    ASSERT_EQ(MovieFrames("held.mov"), 3 + 4 + 3);
+    // Three holds of frame 18, the run 18..21, three holds of frame 21.
+    const std::vector<uint8_t> red{200, 200, 200, 200, 200, 0, 0, 0, 0, 0};
+    for (long index = 0; index < 10; ++index) {
+        Rgb colour = MovieColour("held.mov", index);
+        EXPECT_EQ(colour.red, red[static_cast<size_t>(index)]) << index;
+        EXPECT_EQ(colour.green, 200 - red[static_cast<size_t>(index)]) << index;
+    }
+}
+
 TEST_F(RenderDriver, HoldProgressRunsFromZeroByOneHold)
 {
     OnePicture(Rgb{10, 20, 30}, 20);
@@ -206,6 +226,13 @@ TEST_F(RenderDriver, FrameRateOf75IsWrittenAs60)
     job.options.framesPerSecond = 75.0f;
     EXPECT_EQ(MakeMovieFiles(*doc, job, progress), MovieJobResult::kMade);
     EXPECT_EQ(Setting("MovieFPS"), "60.00");
+    // The movie itself runs at 60 frames a second: a time scale of 6000, 100 units a frame.
+    int width = 0;
+    int height = 0;
+    ASSERT_TRUE(FFOpenMovieReader(dir.File("fast.mov").c_str(), &width, &height));
+    EXPECT_EQ(FFReadTimeScale(), 6000);
+    EXPECT_EQ(FFReadDuration(), 300);
+    FFCloseMovieReader();
     MovieOptions negative;
     negative.framesPerSecond = -4.0f;
     EXPECT_EQ(NormaliseMovieOptions(negative).framesPerSecond, 0.0f);
