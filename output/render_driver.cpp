@@ -181,6 +181,10 @@ bool MakeMovie(CDoc& doc, CDIB* frame, int fieldMode, long startFrame, long endF
             double outgoingShare = 1.0 - static_cast<double>(gCurFrame - pictureStart) / static_cast<double>(dissolve);
             frame->Dissolve(&incoming, static_cast<float>(outgoingShare));
         }
+        // The frame is a picture shown whole: no pixel of it may be transparent in a movie that
+        // stores alpha. The filters leave alpha 0 outside a 32-bit picture, and the nearest-pixel
+        // rotating filter leaves a 24-bit picture's frame with the alpha it had.
+        frame->SetAlpha(255);
         if (i == 0 && !WriteHold(frame, holdFrames, progress)) {
             result = false;
             break;
