@@ -197,6 +197,27 @@ TEST_F(RenderDriver, WidthOf5000IsClampedTo4096)
     EXPECT_EQ(options.height, 0);
 }
 
+TEST_F(RenderDriver, MovieNumbersOutOfRangeOrNotNumbersGiveTheirDefaults)
+{
+    UseSettings("MovieWid=99999999999999999999\r\nMovieHgt=abc\r\nMovieFPS=x25\r\n"
+                "MovieQuality=-99999999999\r\n");
+    OnePicture(Rgb{10, 20, 30}, 20);
+    MovieOptions options = LoadMovieOptions(*doc);
+    EXPECT_EQ(options.width, 720);
+    EXPECT_EQ(options.height, 480);
+    EXPECT_FLOAT_EQ(options.framesPerSecond, 29.97f);
+    EXPECT_EQ(options.quality, 100);
+    UseSettings("MovieWid=2147483648\r\nMovieHgt=4294967776\r\nMovieFPS=1e999\r\n"
+                "MovieQuality=75%\r\n");
+    options = LoadMovieOptions(*doc);
+    EXPECT_EQ(options.width, 720);
+    EXPECT_EQ(options.height, 480);
+    EXPECT_FLOAT_EQ(options.framesPerSecond, 29.97f);
+    EXPECT_EQ(options.quality, 75);
+    UseSettings("MovieFPS=25fps\r\n");
+    EXPECT_FLOAT_EQ(LoadMovieOptions(*doc).framesPerSecond, 25.0f);
+}
+
 TEST_F(RenderDriver, FrameRateOf75IsWrittenAs60)
 {
     UseSettings("MovieFPS=75\r\n");
