@@ -36,9 +36,10 @@ bool PlanCameraRows(int destinationHeight, int part, int fieldCode, float source
         // worker renders (two threads writing one row is a data race even with equal bytes) and
         // never past the worker's end (an offset above 1 would leave rows unrendered); it starts
         // on a row of the field being rendered.
-        int workerLast = workerEnd - 1 - (workerEnd - 1 - start) % step;
-        if (workerEnd <= start)
-            workerLast = start - step;
+        // The worker's last row of the field (one step before the field's first when it has none).
+        int workerLast = start - step;
+        if (workerEnd > start)
+            workerLast = workerEnd - 1 - (workerEnd - 1 - start) % step;
         long long from = static_cast<long long>(middle) + gMultiProcOffset;
         from = std::min<long long>(from, workerEnd);
         from = std::max<long long>(from, static_cast<long long>(workerLast) + 1);
