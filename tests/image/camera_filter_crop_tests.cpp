@@ -513,8 +513,8 @@ TEST(CropParts, Part1RendersRowsUpToOnePastTheMiddle)
 
 TEST(CropParts, Part2StartsAfterTheWorkersLastRowWhateverTheOffset)
 {
-    // Height 10: the worker renders rows 0 to 5. Part 2 starts at the middle plus the offset,
-    // but never on a worker's row nor past the worker's end (no row is left out).
+    // Height 10: the worker renders rows 0 to 5. The caller's part starts at the middle plus the
+    // offset, but never on a worker's row nor past the worker's end (no row is left out).
     auto source = PatternSource(6, 10, 24);
     const int saved = gMultiProcOffset;
     for (int offset : {0, 1, -2, 3}) {

@@ -313,15 +313,18 @@ inline Bytes MakeTif(const TifOptions& o)
             for (int b = 0; b < o.samples; ++b)
                 Append(bytes, b == o.samples - 1 ? bitsValue : static_cast<uint32_t>(o.bits), 2, m);
         } else {
-            for (int b = 0; b < o.samples; ++b)
-                Put(field, static_cast<size_t>(b * 2), b == o.samples - 1 ? bitsValue : static_cast<uint32_t>(o.bits), 2, m);
+            for (int b = 0; b < o.samples; ++b) {
+                const uint32_t value = b == o.samples - 1 ? bitsValue : static_cast<uint32_t>(o.bits);
+                Put(field, static_cast<size_t>(b * 2), value, 2, m);
+            }
         }
         entries.push_back(Entry { 258, 3, static_cast<uint32_t>(o.samples), field });
     } else if (o.bitsTag != -2) {
         entries.push_back(number(258, 3, bitsValue));
     }
     entries.push_back(number(259, 3, o.compression));
-    entries.push_back(number(262, 3, o.photometric >= 0 ? static_cast<uint32_t>(o.photometric) : o.samples >= 3 ? 2 : 1));
+    const uint32_t model = o.photometric >= 0 ? static_cast<uint32_t>(o.photometric) : o.samples >= 3 ? 2 : 1;
+    entries.push_back(number(262, 3, model));
     Bytes stripField(4, 0);
     if (listed * offsetBytes > 4)
         Put(stripField, 0, tableAt, 4, m);

@@ -112,7 +112,8 @@ TEST(LoadPicture, TiffNeitherReaderNorImporterTakesGivesTheReadersCode)
 {
     CDIB image(1, 1, 24);
     // A palette picture whose rows lie past the end of the file.
-    EXPECT_EQ(LoadBytes(image, MakeTif(TifOptions { .samples = 1, .stripOffsetShift = 100000, .photometric = 3 })), 3);
+    const TifOptions brokenPalette { .samples = 1, .stripOffsetShift = 100000, .photometric = 3 };
+    EXPECT_EQ(LoadBytes(image, MakeTif(brokenPalette)), 3);
     // CMYK claimed for three samples.
     EXPECT_EQ(LoadBytes(image, MakeTif(TifOptions { .photometric = 5 })), 3);
     // Too wide for either.
@@ -210,7 +211,8 @@ INSTANTIATE_TEST_SUITE_P(LoadPictureFile, LoadRefusal,
         Refusal { "LzwTiff", [] { return MakeTif(TifOptions { .compression = 5 }); }, 1,
             "Can't read compressed images" },
         Refusal { "BrokenPaletteTiff",
-            [] { return MakeTif(TifOptions { .samples = 1, .stripOffsetShift = 100000, .photometric = 3 }); }, 3,
+            [] { return MakeTif(TifOptions { .samples = 1, .stripOffsetShift = 100000, .photometric = 3 }); },
+            3,
             "Can't read image file  [ 3 ]" },
         Refusal { "CmykPsd", [] { return MakePsd(PsdOptions { .channels = 4, .mode = 4 }); }, 3,
             "Can't read image file  [ 3 ]" },
