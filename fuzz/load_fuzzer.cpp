@@ -9,7 +9,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
     static pxfuzz::ScratchFile input("load-in");
     input.Write(data, size);
-    CDIB image(2, 2, 32);
+    pxfuzz::FuzzDIB image(2, 2, 32);
     CPFile file(input.Spec(), kFileRead);
     pxfuzz::Check(file.GetFileNum() != 0);
     pxfuzz::CheckResult(image.Load(&file), image);

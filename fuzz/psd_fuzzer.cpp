@@ -8,7 +8,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
     static pxfuzz::ScratchFile input("psd-in");
     input.Write(data, size);
-    CDIB image(3, 2, 24);
+    pxfuzz::FuzzDIB image(3, 2, 24);
     CPFile file(input.Spec(), kFileRead);
     pxfuzz::Check(file.GetFileNum() != 0);
     pxfuzz::CheckResult(image.LoadPsd(&file), image);

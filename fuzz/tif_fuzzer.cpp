@@ -9,7 +9,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
     static pxfuzz::ScratchFile input("tif-in");
     input.Write(data, size);
-    CDIB image(3, 5, 24);
+    pxfuzz::FuzzDIB image(3, 5, 24);
     CPFile file(input.Spec(), kFileRead);
     pxfuzz::Check(file.GetFileNum() != 0);
     pxfuzz::CheckResult(image.LoadTif(&file), image);

@@ -27,15 +27,22 @@ bool PlanCameraRows(int destinationHeight, int part, int fieldCode, float source
     rows->end = destinationHeight;
 
     int middle = destinationHeight / 2;
+    // The worker's half ends one row past the middle.
+    int workerEnd = std::min(destinationHeight, middle + 1);
     if (part == 1) {
-        // The worker's half ends one row past the middle.
-        rows->end = std::min(destinationHeight, middle + 1);
+        rows->end = workerEnd;
     } else if (part == 2) {
-        // The caller's half starts gMultiProcOffset rows from the middle. It never starts past
-        // the worker's last row, so an offset above 1 cannot leave rows unrendered, and it starts
+        // The caller's half starts gMultiProcOffset rows from the middle, but never on a row the
+        // worker renders (two threads writing one row is a data race even with equal bytes) and
+        // never past the worker's end (an offset above 1 would leave rows unrendered); it starts
         // on a row of the field being rendered.
+        // The worker's last row of the field (one step before the field's first when it has none).
+        int workerLast = start - step;
+        if (workerEnd > start)
+            workerLast = workerEnd - 1 - (workerEnd - 1 - start) % step;
         long long from = static_cast<long long>(middle) + gMultiProcOffset;
-        from = std::min<long long>(from, middle + 1);
+        from = std::min<long long>(from, workerEnd);
+        from = std::max<long long>(from, static_cast<long long>(workerLast) + 1);
         from = std::max<long long>(from, start);
         from += (step - (from - start) % step) % step;
         rows->first = static_cast<int>(std::min<long long>(from, destinationHeight));
@@ -91,7 +98,7 @@ bool CDIB::FilterCropMulti(CDIB* source, float left, float top, float width, flo
                              tiltV,  tiltH, 1,      quality, fieldCode, 1};
 
     // The worker renders the rows below the middle from its copy of the block, this thread the
-    // rest; the two write different rows (the middle one, if both do, with the same bytes).
+    // rest; the two never write the same row.
     _beginthread(mfThreadFunc, 0, block);
     FilterCrop(source, left, top, width, height, angle, tiltV, tiltH, 2, quality, fieldCode);
     Sleep(0);

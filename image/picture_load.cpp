@@ -112,8 +112,14 @@ int CDIB::Load(CPFile* file)
     }
     if (StartsWith(mark, "8BPS") || StartsWith(mark, "SPB8"))
         return LoadPsd(file);
-    if (StartsWith(mark, "II") || StartsWith(mark, "MM"))
-        return LoadTif(file);
+    if (StartsWith(mark, "II") || StartsWith(mark, "MM")) {
+        // A TIFF variant the reader refuses may still be one the platform decodes; when it does
+        // not either, the reader's refusal is the answer (and so the message).
+        const int code = LoadTif(file);
+        if (code == kPictureLoaded || MacLoadPict(this, file) != kPictureLoaded)
+            return code;
+        return kPictureLoaded;
+    }
     if (StartsWith(mark, "BM") || StartsWith(mark, "MB"))
         return LoadBmp(file);
     // Targa files carry no mark: whatever the Targa reader refuses goes to the platform.

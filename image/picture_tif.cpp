@@ -1,5 +1,8 @@
 // The TIFF reader: uncompressed files in either byte order, 1 to 4 samples of 8 bits per pixel,
-// one strip or several, strip offsets of 16 or 32 bits. Only the first directory is read.
+// grey or RGB, interleaved, one strip or several, strip offsets of 16 or 32 bits. Only the first
+// directory is read. Other variants (planes stored apart, 1-, 4- or 16-bit samples, palette,
+// CMYK, YCbCr, Lab) are refused rather than read as wrong pixels; the file loader then offers
+// them to the platform importer.
 //
 // The directory is read through a 4,096-byte window on the file (a bigger directory is cut to
 // what fits); every read is bounded by the file's length, so a bogus offset or count ends as a
@@ -23,11 +26,17 @@ constexpr int kEntryBytes = 12;
 enum TiffTag {
     kTagWidth = 256,
     kTagHeight = 257,
+    kTagBitsPerSample = 258,
     kTagCompression = 259,
+    kTagPhotometric = 262,
     kTagStripOffsets = 273,
     kTagSamples = 277,
     kTagRowsPerStrip = 278,
+    kTagPlanarConfiguration = 284,
 };
+
+enum TiffPhotometric { kPhotometricGrey = 1, kPhotometricRgb = 2 };
+enum TiffPlanar { kPlanarSeparate = 2 };
 
 enum TiffType { kTypeByte = 1, kTypeShort = 3, kTypeLong = 4 };
 
@@ -67,6 +76,35 @@ uint32_t EntryValue(const unsigned char* entry, bool msbFirst)
     default:
         return Endian(entry + 8, 4, msbFirst);
     }
+}
+
+// True when every value of a BitsPerSample entry (one per sample; only the first four are looked
+// at, as no more samples are read) is 8. The values sit in the entry when they fit its four
+// bytes, else at the offset it holds; that table is read through the file, bounded by its length.
+bool SamplesAreBytes(const unsigned char* entry, CPFile* file, bool msbFirst)
+{
+    const uint32_t type = Endian(entry + 2, 2, msbFirst);
+    const int valueBytes = type == kTypeByte ? 1 : type == kTypeShort ? 2 : type == kTypeLong ? 4 : 0;
+    const uint32_t count = Endian(entry + 4, 4, msbFirst);
+    if (valueBytes == 0 || count == 0)
+        return false;
+    const uint32_t looked = std::min<uint32_t>(count, 4);
+    unsigned char values[16] = {};
+    if (static_cast<int64_t>(count) * valueBytes <= 4) {
+        std::memcpy(values, entry + 8, 4);
+    } else {
+        const int64_t tableAt = Endian(entry + 8, 4, msbFirst);
+        const long bytes = static_cast<long>(looked) * valueBytes;
+        if (BytesFrom(file, tableAt) < bytes)
+            return false;
+        file->Seek(static_cast<long>(tableAt), kSeekFromStart);
+        if (!ReadExact(file, values, bytes))
+            return false;
+    }
+    for (uint32_t i = 0; i < looked; ++i)
+        if (Endian(values + i * valueBytes, valueBytes, msbFirst) != 8)
+            return false;
+    return true;
 }
 
 } // namespace
@@ -113,6 +151,9 @@ int CDIB::LoadTif(CPFile* file)
     uint32_t rowsPerStrip = 0xFFFFFFFF; // no tag 278: the whole picture in one strip
     uint32_t stripCount = 0;
     uint32_t stripType = 0;
+    bool byteSamples = false; // no tag 258: one bit per sample, which this reader cannot take
+    bool colourModel = true; // no tag 262: grey or RGB by the sample count
+    bool interleaved = true; // no tag 284: the samples of a pixel stored together
     unsigned char stripField[4] = { 0, 0, 0, 0 }; // the entry's value field: offsets or their place
     const unsigned char* entry = window.data + (directory - window.start) + 2;
     for (long i = 0; i < entries; ++i, entry += kEntryBytes) {
@@ -127,9 +168,20 @@ int CDIB::LoadTif(CPFile* file)
             if (height > kMaxImageSide)
                 return kPictureTooLarge;
             break;
+        case kTagBitsPerSample:
+            byteSamples = SamplesAreBytes(entry, file, msbFirst);
+            break;
         case kTagCompression:
             if (EntryValue(entry, msbFirst) != 1)
                 return kPictureCompressed;
+            break;
+        case kTagPhotometric: {
+            const uint32_t model = EntryValue(entry, msbFirst);
+            colourModel = model == kPhotometricGrey || model == kPhotometricRgb;
+            break;
+        }
+        case kTagPlanarConfiguration:
+            interleaved = EntryValue(entry, msbFirst) != kPlanarSeparate;
             break;
         case kTagStripOffsets:
             stripType = Endian(entry + 2, 2, msbFirst);
@@ -147,6 +199,9 @@ int CDIB::LoadTif(CPFile* file)
         }
     }
     if (width == 0 || height == 0 || stripCount == 0 || rowsPerStrip == 0)
+        return kPictureUnreadable;
+    // Variants whose bytes would come out as wrong pixels here.
+    if (!byteSamples || !colourModel || !interleaved)
         return kPictureUnreadable;
     if (samples < 1 || samples > 4 || (stripType != kTypeShort && stripType != kTypeLong))
         return kPictureUnreadable;

@@ -52,12 +52,17 @@ void KeepLogLine(void* context, int level, const char* format, va_list arguments
     va_copy(copy, arguments);
     av_log_format_line2(context, level, format, copy, line, sizeof line, &prefix);
     va_end(copy);
-    std::string text = line;
-    std::replace(text.begin(), text.end(), '\n', ' ');
-    while (!text.empty() && (text.back() == '\n' || text.back() == '\r' || text.back() == ' '))
-        text.pop_back();
-    std::lock_guard<std::mutex> lock(mErrorMutex);
-    mLastLogLine = text;
+    // Called from FFmpeg's C code: nothing may leave it as an exception. A line that cannot be
+    // kept (no memory for it) is dropped.
+    try {
+        std::string text = line;
+        std::replace(text.begin(), text.end(), '\n', ' ');
+        while (!text.empty() && (text.back() == '\n' || text.back() == '\r' || text.back() == ' '))
+            text.pop_back();
+        std::lock_guard<std::mutex> lock(mErrorMutex);
+        mLastLogLine = text;
+    } catch (...) {
+    }
 }
 
 void TakeOverFFmpegLog()
@@ -86,6 +91,16 @@ void SetError(const std::string& what, int code)
 void SetError(const std::string& what)
 {
     SetError(what, 0);
+}
+
+// For the catch blocks that keep exceptions inside this module: the text of an allocation that
+// failed, if there is still room to keep it.
+void SetErrorNoThrow(const char* what) noexcept
+{
+    try {
+        SetError(what);
+    } catch (...) {
+    }
 }
 
 // ---- [SECTION] Codecs -----------------------------------------------------------------------
@@ -820,14 +835,39 @@ bool ConvertShown(unsigned char* out)
 
 } // namespace
 
-bool FFOpenMovieReader(const char* path, int* width, int* height)
+namespace
 {
-    TakeOverFFmpegLog();
-    FFCloseMovieReader();
-    if (path == nullptr || path[0] == '\0') {
-        SetError("No movie file named");
-        return false;
+
+// The sides a movie frame may have; the frame buffer and the CDIB it is copied into are made
+// only for sizes within them.
+constexpr int kLargestReadSide = 8192;
+
+bool ReadableSize(int width, int height)
+{
+    return width >= 1 && height >= 1 && width <= kLargestReadSide && height <= kLargestReadSide;
+}
+
+// A video stream whose header states a size out of range, before anything is decoded; 0 × 0
+// means the header does not say and the decoder has to find out.
+bool StatesUnreadableSize(const AVFormatContext* movie)
+{
+    for (unsigned i = 0; i < movie->nb_streams; ++i) {
+        const AVCodecParameters* parameters = movie->streams[i]->codecpar;
+        if (parameters->codec_type != AVMEDIA_TYPE_VIDEO)
+            continue;
+        if ((parameters->width != 0 || parameters->height != 0)
+            && !ReadableSize(parameters->width, parameters->height))
+            return true;
     }
+    return false;
+}
+
+// Decoders, also those the stream probe opens, refuse frames of more pixels than the largest
+// readable frame has, whatever a packet states.
+constexpr const char* kLargestReadPixels = "67108864"; // 8192 × 8192
+
+bool OpenMovieReader(const char* path, int* width, int* height)
+{
     std::string name = path;
     int result = avformat_open_input(&mReadMovie, path, nullptr, nullptr);
     if (result < 0) {
@@ -835,7 +875,18 @@ bool FFOpenMovieReader(const char* path, int* width, int* height)
         mReadMovie = nullptr;
         return false;
     }
-    result = avformat_find_stream_info(mReadMovie, nullptr);
+    if (StatesUnreadableSize(mReadMovie)) {
+        SetError(name + " states a frame size outside 1 to 8192 pixels");
+        FFCloseMovieReader();
+        return false;
+    }
+    // One set of decoder options per stream for the probe, each bounding the frame size.
+    std::vector<AVDictionary*> probeOptions(mReadMovie->nb_streams, nullptr);
+    for (AVDictionary*& options : probeOptions)
+        av_dict_set(&options, "max_pixels", kLargestReadPixels, 0);
+    result = avformat_find_stream_info(mReadMovie, probeOptions.empty() ? nullptr : probeOptions.data());
+    for (AVDictionary*& options : probeOptions)
+        av_dict_free(&options);
     if (result < 0) {
         SetError("Cannot read " + name, result);
         FFCloseMovieReader();
@@ -849,6 +900,12 @@ bool FFOpenMovieReader(const char* path, int* width, int* height)
         return false;
     }
     AVStream* stream = mReadMovie->streams[mReadStream];
+    // The size is checked before the decoder and its frames exist.
+    if (!ReadableSize(stream->codecpar->width, stream->codecpar->height)) {
+        SetError(name + " does not state a frame size of 1 to 8192 pixels");
+        FFCloseMovieReader();
+        return false;
+    }
     mReadMedia = avcodec_alloc_context3(codec);
     mReadShown = av_frame_alloc();
     mReadAhead = av_frame_alloc();
@@ -861,7 +918,10 @@ bool FFOpenMovieReader(const char* path, int* width, int* height)
     result = avcodec_parameters_to_context(mReadMedia, stream->codecpar);
     if (result >= 0) {
         mReadMedia->pkt_timebase = stream->time_base;
-        result = avcodec_open2(mReadMedia, codec, nullptr);
+        AVDictionary* options = nullptr;
+        av_dict_set(&options, "max_pixels", kLargestReadPixels, 0);
+        result = avcodec_open2(mReadMedia, codec, &options);
+        av_dict_free(&options);
     }
     if (result < 0) {
         SetError(std::string("Cannot start the ") + codec->name + " decoder", result);
@@ -870,17 +930,31 @@ bool FFOpenMovieReader(const char* path, int* width, int* height)
     }
     mReadWidth = stream->codecpar->width;
     mReadHeight = stream->codecpar->height;
-    if (mReadWidth < 1 || mReadHeight < 1) {
-        SetError(name + " does not say its frame size");
-        FFCloseMovieReader();
-        return false;
-    }
     mReadStart = stream->start_time != AV_NOPTS_VALUE ? stream->start_time : 0;
     mReadMatrix = stream->codecpar->color_space;
     mReadAtStart = true;
     *width = mReadWidth;
     *height = mReadHeight;
     return true;
+}
+
+} // namespace
+
+bool FFOpenMovieReader(const char* path, int* width, int* height)
+{
+    TakeOverFFmpegLog();
+    FFCloseMovieReader();
+    if (path == nullptr || path[0] == '\0' || width == nullptr || height == nullptr) {
+        SetErrorNoThrow("No movie file named");
+        return false;
+    }
+    try {
+        return OpenMovieReader(path, width, height);
+    } catch (...) {
+        FFCloseMovieReader();
+        SetErrorNoThrow("Not enough memory to open the movie");
+        return false;
+    }
 }
 
 long FFReadDuration()
@@ -904,7 +978,7 @@ long FFReadTimeScale()
 }
 
 bool FFReadMovieFrame(long time, unsigned char* frame)
-{
+try {
     if (mReadMovie == nullptr || frame == nullptr) {
         SetError("No movie is open for reading");
         return false;
@@ -940,6 +1014,10 @@ bool FFReadMovieFrame(long time, unsigned char* frame)
         return false;
     }
     return ConvertShown(frame);
+} catch (...) {
+    // Only the failure texts allocate here.
+    SetErrorNoThrow("Not enough memory to read a frame");
+    return false;
 }
 
 void FFCloseMovieReader()
@@ -983,7 +1061,7 @@ void FFClearMovieError()
 
 void FFSetMovieError(const char* text)
 {
-    SetError(text != nullptr ? text : "");
+    SetErrorNoThrow(text != nullptr ? text : "");
 }
 
 bool FFProbeMovieFile(const char* path, FFMovieFacts* facts)

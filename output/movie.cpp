@@ -181,6 +181,14 @@ void CopyFrameOut(CDIB* frame)
     }
 }
 
+// What the movie layer's operations answer when an allocation (a buffer, a text) fails: the
+// failure stays inside the layer as its result.
+bool OutOfMemory() noexcept
+{
+    FFSetMovieError("Not enough memory for the movie");
+    return false;
+}
+
 } // namespace
 
 // ---- Services and codec selection -------------------------------------------------------------
@@ -216,7 +224,7 @@ long MovieTimeScale(float framesPerSecond)
 }
 
 bool QTSelectCodec(CPWnd* parent, float framesPerSecond, int quality, bool)
-{
+try {
     FFClearMovieError();
     CodecComponent settings = mCurDlgCom;
     settings.open = true;
@@ -249,25 +257,33 @@ bool QTSelectCodec(CPWnd* parent, float framesPerSecond, int quality, bool)
     CopyType(value, settings.type);
     SetIniItem("CodecType", value);
     return true;
+} catch (...) {
+    return OutOfMemory();
 }
 
 MovieCodecSettings GetMovieCodecSettings()
 {
     MovieCodecSettings settings;
-    CopyType(settings.type, WritingCodec());
+    try {
+        CopyType(settings.type, WritingCodec());
+    } catch (...) {
+        OutOfMemory();
+    }
     settings.spatialQuality = mCurDlgCom.open ? mCurDlgCom.spatialQuality : kNormalQuality;
     settings.frameRate = mCurDlgCom.open ? mCurDlgCom.frameRate : 0;
     return settings;
 }
 
 bool IsCodecAvailable(const char* fourcc)
-{
+try {
     std::string type = FourCharacters(fourcc);
     return Known(type) && FFHasEncoder(type.c_str());
+} catch (...) {
+    return OutOfMemory();
 }
 
 std::string AvailableCodecList()
-{
+try {
     std::string list;
     for (const CodecName& codec : kCodecNames) {
         if (!FFHasEncoder(codec.type))
@@ -280,6 +296,9 @@ std::string AvailableCodecList()
         list += shown + " (" + codec.name + ")";
     }
     return list;
+} catch (...) {
+    OutOfMemory();
+    return std::string();
 }
 
 void UseCodec(const char* fourcc)
@@ -295,7 +314,7 @@ const char* MovieLastError()
 // ---- Writing ----------------------------------------------------------------------------------
 
 bool QTMovieWriteOpen(bool, FSpec* file, CDIB* firstFrame, float framesPerSecond, int, long)
-{
+try {
     FFClearMovieError();
     char path[kMaxPathLength + 1] = {};
     if (!PathOf(file, path))
@@ -330,10 +349,12 @@ bool QTMovieWriteOpen(bool, FSpec* file, CDIB* firstFrame, float framesPerSecond
     if (!FFOpenMovieWriter(request))
         return false;
     return QTMovieWriteFrame(kPrimeFrameNumber, firstFrame);
+} catch (...) {
+    return OutOfMemory();
 }
 
 bool QTMovieWriteFrame(long frameNumber, CDIB* frame)
-{
+try {
     if (!mWriteOpen) {
         FFSetMovieError("No movie is open for writing");
         return false;
@@ -341,10 +362,12 @@ bool QTMovieWriteFrame(long frameNumber, CDIB* frame)
     if (frame == nullptr || !CopyFrameIn(*frame))
         return false;
     return FFWriteMovieFrame(mWriteGWorld.data(), frameNumber != kPrimeFrameNumber);
+} catch (...) {
+    return OutOfMemory();
 }
 
 bool QTMovieWriteClose()
-{
+try {
     bool stored = FFCloseMovieWriter();
     mWriteGWorld.clear();
     mWriteGWorld.shrink_to_fit();
@@ -352,6 +375,8 @@ bool QTMovieWriteClose()
     mWriteHeight = 0;
     mWriteOpen = false;
     return stored;
+} catch (...) {
+    return OutOfMemory();
 }
 
 // ---- Reading ----------------------------------------------------------------------------------
@@ -370,7 +395,13 @@ bool QTMovieReadOpen(FSpec* file, CDIB* frame)
     mReadOpen = true;
     mReadWidth = width;
     mReadHeight = height;
-    mReadGWorld.assign(static_cast<size_t>(4) * width * height, 0);
+    // The reader has checked the size (1 to 8192 each way); the buffer may still not be had.
+    try {
+        mReadGWorld.assign(static_cast<size_t>(4) * width * height, 0);
+    } catch (...) {
+        QTMovieReadClose();
+        return OutOfMemory();
+    }
     if (!frame->Create(width, height, 32) || frame->GetBitCount() != 32) {
         FFSetMovieError("No room for a frame of the movie's size");
         return false;
@@ -379,7 +410,7 @@ bool QTMovieReadOpen(FSpec* file, CDIB* frame)
 }
 
 bool QTMovieReadFrame(long time, CDIB* frame)
-{
+try {
     if (!mReadOpen || frame == nullptr) {
         FFSetMovieError("No movie is open for reading");
         return false;
@@ -393,6 +424,8 @@ bool QTMovieReadFrame(long time, CDIB* frame)
     }
     CopyFrameOut(frame);
     return true;
+} catch (...) {
+    return OutOfMemory();
 }
 
 bool QTMovieReadClose()

@@ -4,7 +4,9 @@
 #include "output/render_driver.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cmath>
+#include <limits>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -32,6 +34,20 @@ std::string Setting(const char* key, const char* defaultValue)
     char value[256] = {};
     GetIniString(key, defaultValue, value, sizeof value - 1);
     return value;
+}
+
+// A frame rate setting ("29.97"); text that does not start with a number, or a number too large
+// for a float, gives the default.
+float SettingRate(const char* key, float defaultRate)
+{
+    std::string text = Setting(key, "");
+    char* end = nullptr;
+    errno = 0;
+    double rate = std::strtod(text.c_str(), &end);
+    if (end == text.c_str() || errno == ERANGE || !std::isfinite(rate) ||
+        std::fabs(rate) > static_cast<double>(std::numeric_limits<float>::max()))
+        return defaultRate;
+    return static_cast<float>(rate);
 }
 
 long TimecodeFrames(const std::string& text)
@@ -94,13 +110,13 @@ long ShowEnd(const CDoc& doc)
 MovieOptions LoadMovieOptions(const CDoc& doc)
 {
     MovieOptions options;
-    options.width = std::atoi(Setting("MovieWid", "720").c_str());
-    options.height = std::atoi(Setting("MovieHgt", "480").c_str());
+    options.width = static_cast<int>(GetIniItem("MovieWid", 720));
+    options.height = static_cast<int>(GetIniItem("MovieHgt", 480));
     options.start = TimecodeFrames(Setting("MovieStart", "00:00:00"));
     options.end = ShowEnd(doc);
     options.holds = TimecodeFrames(Setting("MovieHold", "00:00:00"));
-    options.framesPerSecond = static_cast<float>(std::atof(Setting("MovieFPS", "29.97").c_str()));
-    options.quality = std::atoi(Setting("MovieQuality", "100").c_str());
+    options.framesPerSecond = SettingRate("MovieFPS", 29.97f);
+    options.quality = static_cast<int>(GetIniItem("MovieQuality", 100));
     options.fields = !Setting("MovieFields", "1").empty();
     options.reverse = !Setting("MovieReverse", "").empty();
     return NormaliseMovieOptions(options);
@@ -181,6 +197,10 @@ bool MakeMovie(CDoc& doc, CDIB* frame, int fieldMode, long startFrame, long endF
             double outgoingShare = 1.0 - static_cast<double>(gCurFrame - pictureStart) / static_cast<double>(dissolve);
             frame->Dissolve(&incoming, static_cast<float>(outgoingShare));
         }
+        // The frame is a picture shown whole: no pixel of it may be transparent in a movie that
+        // stores alpha. The filters leave alpha 0 outside a 32-bit picture, and the nearest-pixel
+        // rotating filter leaves a 24-bit picture's frame with the alpha it had.
+        frame->SetAlpha(255);
         if (i == 0 && !WriteHold(frame, holdFrames, progress)) {
             result = false;
             break;

@@ -195,15 +195,27 @@ void GetIniString(const char* key, const char* defaultValue, char* out, long max
     out[length] = 0;
 }
 
+bool ReadIniNumber(const char* text, long* value)
+{
+    if (text == nullptr || value == nullptr)
+        return false;
+    errno = 0;
+    char* end = nullptr;
+    const long long number = std::strtoll(text, &end, 10);
+    if (end == text || errno == ERANGE || number < kIniNumberLowest || number > kIniNumberHighest)
+        return false;
+    *value = static_cast<long>(number);
+    return true;
+}
+
 long GetIniItem(const char* key, long defaultValue)
 {
     char text[32];
     std::snprintf(text, sizeof text, "%ld", defaultValue);
     char value[256];
     GetIniString(key, text, value, 255);
-    // Leading digits with their sign; text that is not a number reads as 0. strtol also keeps an
-    // out-of-range number at the limits instead of overflowing.
-    return std::strtol(value, nullptr, 10);
+    long number = defaultValue;
+    return ReadIniNumber(value, &number) ? number : defaultValue;
 }
 
 void SetIniItem(const char* key, char* value)

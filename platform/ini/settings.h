@@ -11,8 +11,16 @@ extern char gIniString[kIniSize];
 // Copies the value of `key` into `out` (at most `max` characters plus a terminator), or the
 // default, itself cut to `max` characters, when the key is absent or has no line end.
 void GetIniString(const char* key, const char* defaultValue, char* out, long max);
-// The value of `key` read as a signed decimal number ("-12" is -12; not a number gives 0).
+// The value of `key` read as a signed decimal number ("-12" is -12, "42px" is 42). Text that does
+// not start with a number, or a number outside the 32-bit range the settings are written in,
+// gives the default, as an absent key does.
 long GetIniItem(const char* key, long defaultValue);
+// How GetIniItem reads a number: optional blanks and sign, decimal digits up to the first other
+// character. False, with `value` untouched, for text without a number or a number outside
+// kIniNumberLowest..kIniNumberHighest.
+constexpr long long kIniNumberLowest = -2147483647LL - 1;
+constexpr long long kIniNumberHighest = 2147483647LL;
+bool ReadIniNumber(const char* text, long* value);
 // Stores `value` under `key`; removes the CRs of `value` in place first. A change that would take
 // the text past 1,023 characters is refused and the old value stays.
 void SetIniItem(const char* key, char* value);

@@ -511,23 +511,26 @@ TEST(CropParts, Part1RendersRowsUpToOnePastTheMiddle)
         EXPECT_EQ(RowIsMarked(*frame, row), row >= 9 / 2 + 1) << row;
 }
 
-TEST(CropParts, Part2RendersRowsFromTheMiddlePlusTheOffset)
+TEST(CropParts, Part2StartsAfterTheWorkersLastRowWhateverTheOffset)
 {
+    // Height 10: the worker renders rows 0 to 5. The caller's part starts at the middle plus the
+    // offset, but never on a worker's row nor past the worker's end (no row is left out).
     auto source = PatternSource(6, 10, 24);
     const int saved = gMultiProcOffset;
-    for (int offset : {0, 1, -2}) {
+    for (int offset : {0, 1, -2, 3}) {
         gMultiProcOffset = offset;
         auto frame = MarkedFrame(6, 10);
         ASSERT_TRUE(frame->FilterCrop(source.get(), 0, 0, 6, 10, 0, 0, 0, 2, 100, 0));
         for (int row = 0; row < 10; ++row)
-            EXPECT_EQ(RowIsMarked(*frame, row), row < 5 + offset) << row << " offset " << offset;
+            EXPECT_EQ(RowIsMarked(*frame, row), row < 6) << row << " offset " << offset;
     }
     gMultiProcOffset = saved;
 }
 
 TEST(CropParts, Part2OfAFieldStartsOnARowOfThatField)
 {
-    // Height 10: the middle is 5. Field 0 starts at 6, field 1 at 5.
+    // Height 10: the middle is 5 and the worker renders up to row 5. Field 0 starts at 6,
+    // field 1 at 7 (the worker has 1, 3 and 5).
     auto source = PatternSource(6, 10, 24);
     auto even = MarkedFrame(6, 10);
     auto odd = MarkedFrame(6, 10);
@@ -535,7 +538,7 @@ TEST(CropParts, Part2OfAFieldStartsOnARowOfThatField)
     ASSERT_TRUE(odd->FilterCrop(source.get(), 0, 0, 6, 10, 0, 0, 0, 2, 100, 11));
     for (int row = 0; row < 10; ++row) {
         EXPECT_EQ(RowIsMarked(*even, row), !(row >= 6 && row % 2 == 0)) << row;
-        EXPECT_EQ(RowIsMarked(*odd, row), !(row >= 5 && row % 2 == 1)) << row;
+        EXPECT_EQ(RowIsMarked(*odd, row), !(row >= 7 && row % 2 == 1)) << row;
     }
 }
 

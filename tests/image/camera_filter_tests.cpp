@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstring>
 #include <vector>
@@ -149,23 +150,48 @@ TEST(CameraRowPlan, HalvesMeetAtTheMiddle)
         ASSERT_TRUE(PlanCameraRows(height, 1, 0, 1.0f, &worker));
         EXPECT_EQ(worker.first, 0);
         EXPECT_EQ(worker.end, std::min(height, height / 2 + 1));
-        gMultiProcOffset = 0;
-        ASSERT_TRUE(PlanCameraRows(height, 2, 0, 1.0f, &caller));
-        EXPECT_EQ(caller.first, height / 2);
-        EXPECT_EQ(caller.end, height);
-        gMultiProcOffset = 1;
-        ASSERT_TRUE(PlanCameraRows(height, 2, 0, 1.0f, &caller));
-        EXPECT_EQ(caller.first, std::min(height, height / 2 + 1));
-        // An offset past the worker's last row still leaves no row to nobody.
-        gMultiProcOffset = 40;
-        ASSERT_TRUE(PlanCameraRows(height, 2, 0, 1.0f, &caller));
-        EXPECT_LE(caller.first, worker.end);
-        gMultiProcOffset = -1000000;
-        ASSERT_TRUE(PlanCameraRows(height, 2, 0, 1.0f, &caller));
-        EXPECT_EQ(caller.first, 0);
-        gMultiProcOffset = 2147483647;
-        ASSERT_TRUE(PlanCameraRows(height, 2, 0, 1.0f, &caller));
-        EXPECT_LE(caller.first, worker.end);
+        // The caller starts on the row after the worker's last, whatever the offset.
+        for (int offset : {0, 1, 40, -1000000, 2147483647, -2147483647 - 1}) {
+            gMultiProcOffset = offset;
+            ASSERT_TRUE(PlanCameraRows(height, 2, 0, 1.0f, &caller));
+            EXPECT_EQ(caller.first, worker.end) << height << " " << offset;
+            EXPECT_EQ(caller.end, height);
+        }
+    }
+    gMultiProcOffset = saved;
+}
+
+namespace {
+
+// The rows a plan renders, in order.
+std::vector<int> PlannedRows(int height, int part, int fieldCode)
+{
+    CameraRows rows{};
+    EXPECT_TRUE(PlanCameraRows(height, part, fieldCode, 1.0f, &rows));
+    std::vector<int> planned;
+    for (int row = rows.first; row < rows.end; row += rows.step)
+        planned.push_back(row);
+    return planned;
+}
+
+}  // namespace
+
+TEST(CameraRowPlan, TheTwoHalvesRenderEveryRowOfTheWholeFrameOnce)
+{
+    // Both threads writing one row, even with equal bytes, is a data race.
+    const int saved = gMultiProcOffset;
+    for (int offset : {0, 1, 2, -1, -3, 7, -1000000, 2147483647}) {
+        gMultiProcOffset = offset;
+        for (int height = 1; height <= 12; ++height) {
+            for (int fieldCode : {0, 1, 10, 11, 13, 20, 21}) {
+                std::vector<int> split = PlannedRows(height, 1, fieldCode);
+                std::vector<int> second = PlannedRows(height, 2, fieldCode);
+                split.insert(split.end(), second.begin(), second.end());
+                EXPECT_EQ(split, PlannedRows(height, 0, fieldCode))
+                    << "height " << height << ", field code " << fieldCode << ", offset "
+                    << offset;
+            }
+        }
     }
     gMultiProcOffset = saved;
 }

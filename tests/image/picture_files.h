@@ -233,6 +233,11 @@ struct TifOptions {
     uint32_t samplesValue = 0; // written instead of samples when not 0
     int64_t stripOffsetShift = 0; // added to every strip offset
     long keepBytes = -1;
+    int bits = 8; // 8 or 16 (each pattern byte v written as the 16-bit v × 257)
+    bool bitsPerSampleList = false; // tag 258 lists one value per sample, not one for all
+    int bitsTag = -1; // written as tag 258 instead of `bits` when 0 or more; -2: no tag 258
+    int photometric = -1; // written as tag 262 instead of grey or RGB when 0 or more
+    bool planar = false; // planes stored apart (tag 284 = 2): one set of strips per sample
 };
 
 // Rows in file order are the picture's lines from the top, red first: file line i is storage
@@ -249,24 +254,31 @@ inline Bytes MakeTif(const TifOptions& o)
     const long strips = o.rowsPerStrip > 0 ? (o.height + o.rowsPerStrip - 1) / o.rowsPerStrip : 1;
     const long rowsEach = o.rowsPerStrip > 0 ? o.rowsPerStrip : o.height;
     std::vector<uint32_t> offsets;
-    std::vector<Bytes> stripData(strips);
+    const long planes = o.planar ? o.samples : 1;
+    std::vector<Bytes> stripData(static_cast<size_t>(strips * planes));
     for (long i = 0; i < o.height; ++i) {
         long row = o.height - 1 - i;
-        Bytes& data = stripData[i / rowsEach];
-        for (long x = 0; x < o.width; ++x)
-            for (int b = 0; b < o.samples; ++b) {
-                int source = (o.samples >= 3 && b < 3) ? 2 - b : b;
-                data.push_back(PatternByte(x, row, source));
-            }
+        for (long plane = 0; plane < planes; ++plane) {
+            Bytes& data = stripData[static_cast<size_t>(plane * strips + i / rowsEach)];
+            for (long x = 0; x < o.width; ++x)
+                for (int b = 0; b < (o.planar ? 1 : o.samples); ++b) {
+                    int channel = o.planar ? static_cast<int>(plane) : b;
+                    int source = (o.samples >= 3 && channel < 3) ? 2 - channel : channel;
+                    if (o.bits == 16)
+                        Append(data, PatternByte(x, row, source) * 257u, 2, m);
+                    else
+                        data.push_back(PatternByte(x, row, source));
+                }
+        }
     }
     // Strips are stored last first, so a reader that ignored the offsets would read them wrong.
-    offsets.resize(strips);
-    for (long s = strips - 1; s >= 0; --s) {
+    offsets.resize(stripData.size());
+    for (long s = static_cast<long>(stripData.size()) - 1; s >= 0; --s) {
         offsets[s] = static_cast<uint32_t>(bytes.size() + o.stripOffsetShift);
         bytes.insert(bytes.end(), stripData[s].begin(), stripData[s].end());
         bytes.push_back(0x99); // a byte between strips: rows are never read across it
     }
-    const long listed = strips + o.stripCountExtra - o.stripCountLess;
+    const long listed = static_cast<long>(stripData.size()) + o.stripCountExtra - o.stripCountLess;
     offsets.resize(listed, 0);
     const int offsetBytes = o.offsetType == 3 ? 2 : 4;
     uint32_t tableAt = 0;
@@ -290,9 +302,29 @@ inline Bytes MakeTif(const TifOptions& o)
     std::vector<Entry> entries;
     entries.push_back(number(256, 4, o.widthTag ? o.widthTag : static_cast<uint32_t>(o.width)));
     entries.push_back(number(257, 3, o.heightTag ? o.heightTag : static_cast<uint32_t>(o.height)));
-    entries.push_back(number(258, 3, 8));
+    const uint32_t bitsValue = static_cast<uint32_t>(o.bitsTag >= 0 ? o.bitsTag : o.bits);
+    if (o.bitsPerSampleList) {
+        // One value per sample: in the entry when they fit its four bytes, else in a table.
+        Bytes field(4, 0);
+        if (o.samples > 2) {
+            if (bytes.size() % 2)
+                bytes.push_back(0);
+            Put(field, 0, static_cast<uint32_t>(bytes.size()), 4, m);
+            for (int b = 0; b < o.samples; ++b)
+                Append(bytes, b == o.samples - 1 ? bitsValue : static_cast<uint32_t>(o.bits), 2, m);
+        } else {
+            for (int b = 0; b < o.samples; ++b) {
+                const uint32_t value = b == o.samples - 1 ? bitsValue : static_cast<uint32_t>(o.bits);
+                Put(field, static_cast<size_t>(b * 2), value, 2, m);
+            }
+        }
+        entries.push_back(Entry { 258, 3, static_cast<uint32_t>(o.samples), field });
+    } else if (o.bitsTag != -2) {
+        entries.push_back(number(258, 3, bitsValue));
+    }
     entries.push_back(number(259, 3, o.compression));
-    entries.push_back(number(262, 3, o.samples >= 3 ? 2 : 1));
+    const uint32_t model = o.photometric >= 0 ? static_cast<uint32_t>(o.photometric) : o.samples >= 3 ? 2 : 1;
+    entries.push_back(number(262, 3, model));
     Bytes stripField(4, 0);
     if (listed * offsetBytes > 4)
         Put(stripField, 0, tableAt, 4, m);
@@ -305,6 +337,8 @@ inline Bytes MakeTif(const TifOptions& o)
         entries.push_back(number(277, 3, o.samplesValue ? o.samplesValue : static_cast<uint32_t>(o.samples)));
     if (o.rowsPerStrip > 0)
         entries.push_back(number(278, 4, static_cast<uint32_t>(o.rowsPerStrip)));
+    if (o.planar)
+        entries.push_back(number(284, 3, 2));
 
     if (bytes.size() % 2)
         bytes.push_back(0);

@@ -73,9 +73,53 @@ TEST(LoadPicture, ByteOrderMarksGoToTheTiffReader)
         ASSERT_EQ(LoadBytes(image, MakeTif(options)), 0);
         EXPECT_TRUE(HasPattern(image));
         options.compression = 5;
-        // Refused by the TIFF reader; nothing else is tried.
+        // Refused by the TIFF reader, and the platform cannot decode its rows either: the TIFF
+        // reader's code.
         EXPECT_EQ(LoadBytes(image, MakeTif(options)), 1);
     }
+}
+
+// The pattern's blue, green and red in a picture the platform importer made (32 bits, opaque).
+::testing::AssertionResult HasImportedPattern(const CDIB& image)
+{
+    if (image.GetBitCount() != 32)
+        return ::testing::AssertionFailure() << image.GetBitCount() << " bits";
+    for (int row = 0; row < image.GetHgt(); ++row)
+        for (long x = 0; x < image.GetWid(); ++x)
+            for (int b = 0; b < 4; ++b) {
+                const unsigned char want = b == 3 ? 255 : PatternByte(x, row, b);
+                if (image.GetBitsAdd(row)[x * 4 + b] != want)
+                    return ::testing::AssertionFailure()
+                        << "pixel " << x << " of storage row " << row << ", byte " << b;
+            }
+    return ::testing::AssertionSuccess();
+}
+
+TEST(LoadPicture, TiffTheReaderRefusesGoesToThePlatformImporter)
+{
+    for (bool bigEndian : { false, true }) {
+        CDIB planes(1, 1, 24);
+        ASSERT_EQ(LoadBytes(planes, MakeTif(TifOptions { .bigEndian = bigEndian, .planar = true })), 0);
+        EXPECT_EQ(planes.GetWid(), 3);
+        EXPECT_EQ(planes.GetHgt(), 5);
+        EXPECT_TRUE(HasImportedPattern(planes));
+
+        CDIB deep(1, 1, 24);
+        ASSERT_EQ(LoadBytes(deep, MakeTif(TifOptions { .bigEndian = bigEndian, .bits = 16 })), 0);
+        EXPECT_TRUE(HasImportedPattern(deep));
+    }
+}
+
+TEST(LoadPicture, TiffNeitherReaderNorImporterTakesGivesTheReadersCode)
+{
+    CDIB image(1, 1, 24);
+    // A palette picture whose rows lie past the end of the file.
+    const TifOptions brokenPalette { .samples = 1, .stripOffsetShift = 100000, .photometric = 3 };
+    EXPECT_EQ(LoadBytes(image, MakeTif(brokenPalette)), 3);
+    // CMYK claimed for three samples.
+    EXPECT_EQ(LoadBytes(image, MakeTif(TifOptions { .photometric = 5 })), 3);
+    // Too wide for either.
+    EXPECT_EQ(LoadBytes(image, MakeTif(TifOptions { .widthTag = 9000 })), 2);
 }
 
 TEST(LoadPicture, BmOrMbGoesToTheBmpReader)
@@ -168,6 +212,10 @@ INSTANTIATE_TEST_SUITE_P(LoadPictureFile, LoadRefusal,
             "Images must be smaller than 8192 pixels" },
         Refusal { "LzwTiff", [] { return MakeTif(TifOptions { .compression = 5 }); }, 1,
             "Can't read compressed images" },
+        Refusal { "BrokenPaletteTiff",
+            [] { return MakeTif(TifOptions { .samples = 1, .stripOffsetShift = 100000, .photometric = 3 }); },
+            3,
+            "Can't read image file  [ 3 ]" },
         Refusal { "CmykPsd", [] { return MakePsd(PsdOptions { .channels = 4, .mode = 4 }); }, 3,
             "Can't read image file  [ 3 ]" },
         Refusal { "ShortBmp", [] { return MakeBmp(BmpOptions { .keepBytes = 60 }); }, 3,

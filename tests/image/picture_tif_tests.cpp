@@ -128,6 +128,100 @@ TEST(TifPicture, LzwIsCompressed)
     EXPECT_EQ(image.GetWid(), 1) << "nothing created";
 }
 
+TEST(TifPicture, PlanesStoredApartAreUnreadable)
+{
+    CDIB image(1, 1, 24);
+    TifOptions options;
+    options.planar = true;
+    EXPECT_EQ(LoadTifBytes(image, MakeTif(options)), 3);
+    options.bigEndian = true;
+    options.samples = 4;
+    EXPECT_EQ(LoadTifBytes(image, MakeTif(options)), 3);
+    EXPECT_EQ(image.GetWid(), 1) << "nothing created";
+}
+
+TEST(TifPicture, SamplesOfOtherThanEightBitsAreUnreadable)
+{
+    CDIB image(1, 1, 24);
+    TifOptions sixteen;
+    sixteen.bits = 16;
+    EXPECT_EQ(LoadTifBytes(image, MakeTif(sixteen)), 3);
+    for (int bits : { 1, 4, 12, 0 }) {
+        TifOptions options;
+        options.bitsTag = bits;
+        options.samples = 1;
+        EXPECT_EQ(LoadTifBytes(image, MakeTif(options)), 3) << bits;
+    }
+    // Without tag 258 a sample is one bit.
+    TifOptions missing;
+    missing.bitsTag = -2;
+    EXPECT_EQ(LoadTifBytes(image, MakeTif(missing)), 3);
+    EXPECT_EQ(image.GetWid(), 1) << "nothing created";
+}
+
+TEST(TifPicture, EightBitsListedPerSampleAreRead)
+{
+    // One value per sample, in the entry (two samples) or in a table (three, four).
+    for (int samples : { 2, 3, 4 }) {
+        for (bool bigEndian : { false, true }) {
+            CDIB image(1, 1, 24);
+            TifOptions options;
+            options.samples = samples;
+            options.bigEndian = bigEndian;
+            options.bitsPerSampleList = true;
+            ASSERT_EQ(LoadTifBytes(image, MakeTif(options)), 0) << samples;
+            EXPECT_TRUE(HasPattern(image));
+            // The last sample of another size: refused.
+            options.bitsTag = 16;
+            EXPECT_EQ(LoadTifBytes(image, MakeTif(options)), 3) << samples;
+        }
+    }
+}
+
+TEST(TifPicture, BitsPerSampleTableOutsideTheFileIsUnreadable)
+{
+    CDIB image(1, 1, 24);
+    TifOptions options;
+    options.bitsPerSampleList = true;
+    Bytes bytes = MakeTif(options);
+    const size_t directory = bytes[4] | bytes[5] << 8;
+    size_t at = directory + 2 + 2 * 12; // the third entry is tag 258
+    ASSERT_EQ(bytes[at], 258 & 255);
+    Put(bytes, at + 8, 0x7FFFFFF0, 4, false);
+    EXPECT_EQ(LoadTifBytes(image, bytes), 3);
+}
+
+TEST(TifPicture, OnlyGreyAndRgbAreRead)
+{
+    // White-is-zero, palette, transparency mask, CMYK, YCbCr, CIE Lab.
+    for (int photometric : { 0, 3, 4, 5, 6, 8 }) {
+        CDIB image(1, 1, 24);
+        TifOptions options;
+        options.photometric = photometric;
+        options.samples = photometric == 3 || photometric == 0 ? 1 : photometric == 5 ? 4 : 3;
+        EXPECT_EQ(LoadTifBytes(image, MakeTif(options)), 3) << photometric;
+        EXPECT_EQ(image.GetWid(), 1) << "nothing created";
+    }
+    for (int photometric : { 1, 2 }) {
+        CDIB image(1, 1, 24);
+        TifOptions options;
+        options.photometric = photometric;
+        options.samples = photometric == 1 ? 1 : 3;
+        ASSERT_EQ(LoadTifBytes(image, MakeTif(options)), 0) << photometric;
+        EXPECT_TRUE(HasPattern(image));
+    }
+}
+
+TEST(TifPicture, CompressionIsToldBeforeTheOtherRefusals)
+{
+    CDIB image(1, 1, 24);
+    TifOptions options;
+    options.compression = 5;
+    options.photometric = 6;
+    options.planar = true;
+    EXPECT_EQ(LoadTifBytes(image, MakeTif(options)), 1);
+}
+
 TEST(TifPicture, SidesAboveTheLimitAreTooLarge)
 {
     CDIB image(1, 1, 24);

@@ -858,6 +858,57 @@ TEST_F(MovieLayer, FrameRateIsTheProgramsOwnNotTheMovies)
     gFrameRate = 2997;
 }
 
+// Rewrites the frame size that the first sample description of a QuickTime movie states (the
+// 16-bit big-endian width and height, 28 bytes after its codec code). False when not found.
+bool StateFrameSize(const std::string& path, const char* codec, int width, int height)
+{
+    std::vector<unsigned char> bytes = pxtest::ReadBytes(path);
+    const unsigned char stsd[] = { 's', 't', 's', 'd' };
+    auto description = std::search(bytes.begin(), bytes.end(), std::begin(stsd), std::end(stsd));
+    auto code = std::search(description, bytes.end(), codec, codec + 4);
+    if (description == bytes.end() || code == bytes.end() || bytes.end() - code < 32)
+        return false;
+    size_t at = static_cast<size_t>(code - bytes.begin()) + 28;
+    bytes[at] = static_cast<unsigned char>(width >> 8);
+    bytes[at + 1] = static_cast<unsigned char>(width);
+    bytes[at + 2] = static_cast<unsigned char>(height >> 8);
+    bytes[at + 3] = static_cast<unsigned char>(height);
+    return pxtest::WriteBytes(path, bytes);
+}
+
+TEST_F(MovieLayer, MovieStatingAFrameSizeOutside1To8192IsRefusedBeforeAnythingIsAllocated)
+{
+    REQUIRE_CODEC("raw ");
+    ASSERT_TRUE(Choose("raw "));
+    CDIB frame(4, 2, 24);
+    PaintFlat(frame, Bgra { 10, 20, 30, 255 });
+    ASSERT_TRUE(Open("small.mov", &frame));
+    ASSERT_TRUE(QTMovieWriteFrame(0, &frame));
+    ASSERT_TRUE(QTMovieWriteClose());
+    const std::vector<unsigned char> original = pxtest::ReadBytes(dir.File("small.mov"));
+
+    // Sizes that would ask for gigabytes, or for nothing at all.
+    for (auto [width, height] : { std::pair { 60000, 60000 }, std::pair { 8193, 8193 }, std::pair { 8193, 2 },
+             std::pair { 4, 8193 }, std::pair { 65535, 65535 }, std::pair { 0, 2 } }) {
+        ASSERT_TRUE(pxtest::WriteBytes(dir.File("stated.mov"), original));
+        ASSERT_TRUE(StateFrameSize(dir.File("stated.mov"), "raw ", width, height));
+        CDIB back(3, 3, 24);
+        EXPECT_FALSE(OpenToRead("stated.mov", &back)) << width << "x" << height;
+        // Refused for the size it states, not for want of memory after trying.
+        EXPECT_NE(std::string(MovieLastError()).find("frame size"), std::string::npos) << MovieLastError();
+        EXPECT_EQ(back.GetWid(), 3) << "the frame is left as it was";
+        EXPECT_FALSE(QTMovieReadFrame(0, &back));
+        EXPECT_TRUE(QTMovieReadClose());
+    }
+    // 8192 is still a size a movie may have.
+    ASSERT_TRUE(pxtest::WriteBytes(dir.File("stated.mov"), original));
+    ASSERT_TRUE(StateFrameSize(dir.File("stated.mov"), "raw ", 8192, 2));
+    CDIB wide(3, 3, 24);
+    ASSERT_TRUE(OpenToRead("stated.mov", &wide)) << MovieLastError();
+    EXPECT_EQ(wide.GetWid(), 8192);
+    EXPECT_EQ(wide.GetHgt(), 2);
+}
+
 TEST_F(MovieLayer, MissingMovieFailsToOpenWithAReason)
 {
     CDIB back(1, 1, 32);

@@ -217,6 +217,27 @@ TEST_F(RenderDriver, WidthOf5000IsClampedTo4096)
     EXPECT_EQ(options.height, 0);
 }
 
+TEST_F(RenderDriver, MovieNumbersOutOfRangeOrNotNumbersGiveTheirDefaults)
+{
+    UseSettings("MovieWid=99999999999999999999\r\nMovieHgt=abc\r\nMovieFPS=x25\r\n"
+                "MovieQuality=-99999999999\r\n");
+    OnePicture(Rgb{10, 20, 30}, 20);
+    MovieOptions options = LoadMovieOptions(*doc);
+    EXPECT_EQ(options.width, 720);
+    EXPECT_EQ(options.height, 480);
+    EXPECT_FLOAT_EQ(options.framesPerSecond, 29.97f);
+    EXPECT_EQ(options.quality, 100);
+    UseSettings("MovieWid=2147483648\r\nMovieHgt=4294967776\r\nMovieFPS=1e999\r\n"
+                "MovieQuality=75%\r\n");
+    options = LoadMovieOptions(*doc);
+    EXPECT_EQ(options.width, 720);
+    EXPECT_EQ(options.height, 480);
+    EXPECT_FLOAT_EQ(options.framesPerSecond, 29.97f);
+    EXPECT_EQ(options.quality, 75);
+    UseSettings("MovieFPS=25fps\r\n");
+    EXPECT_FLOAT_EQ(LoadMovieOptions(*doc).framesPerSecond, 25.0f);
+}
+
 TEST_F(RenderDriver, FrameRateOf75IsWrittenAs60)
 {
     UseSettings("MovieFPS=75\r\n");
@@ -368,5 +389,78 @@ TEST_F(RenderDriver, BatchMoviesAreNamedAfterTheShowWithAnAppendedB)
     EXPECT_FALSE(pxtest::FileExists(dir.File("ignored.mov")));
     EXPECT_EQ(MovieFrames("firstB.mov"), 4);  // the end is the end of that show
 }
+
+// ---- Lossless movies show every pixel ----
+
+class RenderDriverLossless : public RenderDriver, public testing::WithParamInterface<const char*> {
+protected:
+    // The smallest alpha of every frame of the movie, as the reader gives it (255 where the
+    // movie has no alpha).
+    int SmallestAlpha(const std::string& name, long frames)
+    {
+        FSpec movie = PathSpec(dir.File(name));
+        CDIB frame(1, 1, 32);
+        int smallest = 256;
+        if (!QTMovieReadOpen(&movie, &frame))
+            return -1;
+        for (long index = 0; index < frames; ++index) {
+            if (!QTMovieReadFrame(index * 100, &frame))
+                return -1;
+            for (int row = 0; row < frame.GetHgt(); ++row)
+                for (long x = 0; x < frame.GetWid(); ++x)
+                    smallest = std::min<int>(smallest, frame.GetBitsAdd(row)[x * 4 + 3]);
+        }
+        QTMovieReadClose();
+        return smallest;
+    }
+};
+
+TEST_P(RenderDriverLossless, DraftRotatedCameraOnATwentyFourBitPictureIsOpaque)
+{
+    // The nearest-pixel rotating filter leaves the frame's alpha alone for a 24-bit picture.
+    UseCodec(GetParam());
+    OnePicture(Rgb{10, 20, 30}, 6);
+    doc->draftRender = true;
+    doc->keys[0][0].Rotation = 30.0f;
+    doc->keys[0][1].Rotation = 60.0f;
+    FSpec spec = PathSpec(dir.File("one.bmp"));
+    doc->LoadPicture(&spec, 0, 0);  // takes up the rotation
+    MovieJob job = Job("draft.mov", 0, 6);
+    ASSERT_EQ(MakeMovieFiles(*doc, job, progress), MovieJobResult::kMade);
+    EXPECT_EQ(SmallestAlpha("draft.mov", 6), 255);
+}
+
+TEST_P(RenderDriverLossless, CameraPastTheEdgeOfAThirtyTwoBitPictureIsOpaque)
+{
+    // Outside a 32-bit picture the filters write alpha 0.
+    UseCodec(GetParam());
+    CDIB picture(32, 24, 32);
+    for (int row = 0; row < 24; ++row)
+        for (long x = 0; x < 32; ++x) {
+            unsigned char* pixel = picture.GetBitsAdd(row) + x * 4;
+            pixel[0] = 40;
+            pixel[1] = 50;
+            pixel[2] = 60;
+            pixel[3] = static_cast<unsigned char>(x * 8);
+        }
+    FSpec spec = PathSpec(dir.File("alpha.bmp"));
+    ASSERT_TRUE(picture.Save(&spec, 0));
+    doc->ignoreAlpha = false;
+    doc->LoadPicture(&spec, 0, 0);
+    ASSERT_EQ(doc->picCount, 1);
+    KeyStruct last = doc->keys[0][0];
+    last.Frame = 3;
+    last.Width *= 3.0f;  // the frame sees far past the picture's edges
+    doc->SetKey(1, last, 0);
+    MovieJob job = Job("edge.mov", 0, 3);
+    ASSERT_EQ(MakeMovieFiles(*doc, job, progress), MovieJobResult::kMade);
+    EXPECT_EQ(SmallestAlpha("edge.mov", 3), 255);
+}
+
+INSTANTIATE_TEST_SUITE_P(Codecs, RenderDriverLossless, testing::Values("png ", "rle ", "raw "),
+                         [](const testing::TestParamInfo<const char*>& info) {
+                             std::string name = info.param;
+                             return name.substr(0, 3);
+                         });
 
 }  // namespace

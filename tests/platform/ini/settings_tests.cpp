@@ -183,10 +183,18 @@ TEST_F(SettingsStore, NumberIsReadWithItsSign)
 
 TEST_F(SettingsStore, NumberIsReadFromLeadingDigitsOnly)
 {
-    Load(kHeader + "Mixed=42abc\r\nWord=abc\r\nEmpty=\r\n");
+    Load(kHeader + "Mixed=42abc\r\nSpaced= 17\r\n");
     EXPECT_EQ(GetIniItem("Mixed", 1), 42);
-    EXPECT_EQ(GetIniItem("Word", 1), 0);
-    EXPECT_EQ(GetIniItem("Empty", 1), 0);
+    EXPECT_EQ(GetIniItem("Spaced", 1), 17);
+}
+
+TEST_F(SettingsStore, TextThatIsNotANumberGivesTheDefault)
+{
+    Load(kHeader + "Word=abc\r\nEmpty=\r\nSign=-\r\nBlank= \r\n");
+    EXPECT_EQ(GetIniItem("Word", 1), 1);
+    EXPECT_EQ(GetIniItem("Empty", -3), -3);
+    EXPECT_EQ(GetIniItem("Sign", 5), 5);
+    EXPECT_EQ(GetIniItem("Blank", 7500), 7500);
 }
 
 TEST_F(SettingsStore, AbsentNumberGivesItsDefaultWhateverItsSize)
@@ -198,10 +206,32 @@ TEST_F(SettingsStore, AbsentNumberGivesItsDefaultWhateverItsSize)
     EXPECT_EQ(GetIniItem("High", LONG_MAX), LONG_MAX);
 }
 
-TEST_F(SettingsStore, NumberTooLargeReadsAsTheLimit)
+TEST_F(SettingsStore, NumberOutOfRangeGivesTheDefault)
 {
-    Load(kHeader + "Huge=99999999999999999999999\r\n");
-    EXPECT_EQ(GetIniItem("Huge", 0), LONG_MAX);
+    // Settings numbers are 32-bit; anything past that is not a value the program wrote.
+    Load(kHeader + "Huge=99999999999999999999999\r\nAbove=2147483648\r\nBelow=-2147483649\r\n"
+                   "Top=2147483647\r\nBottom=-2147483648\r\nTiny=-99999999999999999999999\r\n");
+    EXPECT_EQ(GetIniItem("Huge", 2997), 2997);
+    EXPECT_EQ(GetIniItem("Above", 1), 1);
+    EXPECT_EQ(GetIniItem("Below", 0), 0);
+    EXPECT_EQ(GetIniItem("Tiny", 50), 50);
+    EXPECT_EQ(GetIniItem("Top", 0), 2147483647L);
+    EXPECT_EQ(GetIniItem("Bottom", 0), -2147483647L - 1);
+}
+
+TEST(ReadIniNumber, AnswersWhetherTheTextHoldsANumberInRange)
+{
+    long value = 99;
+    EXPECT_TRUE(ReadIniNumber("-12", &value));
+    EXPECT_EQ(value, -12);
+    EXPECT_TRUE(ReadIniNumber("+7x", &value));
+    EXPECT_EQ(value, 7);
+    value = 99;
+    EXPECT_FALSE(ReadIniNumber("x7", &value));
+    EXPECT_FALSE(ReadIniNumber("", &value));
+    EXPECT_FALSE(ReadIniNumber("4294967296", &value));
+    EXPECT_FALSE(ReadIniNumber(nullptr, &value));
+    EXPECT_EQ(value, 99);
 }
 
 // --- Writing -----------------------------------------------------------------------------------
@@ -241,7 +271,10 @@ TEST_F(SettingsStore, NumbersAreStoredAsDecimalText)
     SetIniItem("Big", LONG_MAX);
     EXPECT_EQ(Text(), kHeader + "MatteColor=-7\r\nBig=" + std::to_string(LONG_MAX) + "\r\n");
     EXPECT_EQ(GetIniItem("MatteColor", 0), -7);
-    EXPECT_EQ(GetIniItem("Big", 0), LONG_MAX);
+    // Written whole, but read back only within the 32-bit range of the settings' numbers.
+    EXPECT_EQ(GetIniItem("Big", 0), LONG_MAX > 2147483647L ? 0 : LONG_MAX);
+    SetIniItem("Big", 2147483647L);
+    EXPECT_EQ(GetIniItem("Big", 0), 2147483647L);
 }
 
 TEST_F(SettingsStore, ChangingKeyWithoutLineEndChangesNothing)
