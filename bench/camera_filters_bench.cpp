@@ -13,7 +13,7 @@
 
 #include "image/camera_filter.h"
 #include "image/cdib.h"
-#include "platform/file/worker.h"
+#include "platform/task/worker.h"
 
 namespace {
 

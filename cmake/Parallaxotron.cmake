@@ -2,9 +2,10 @@
 include(GoogleTest)
 #
 # px_library(<name> DIR <folder> INCLUDE_AS <prefix> [DEPS ...] [PRIVATE_DEPS ...])
-#   A static library of every .cpp in <folder>. Its headers are reached as "<prefix>/file.h"
-#   through an include root of its own, so a library sees only the headers of the libraries it
-#   links: an include that goes the wrong way between layers fails to build.
+#   A static library of every .cpp in <folder> and its sub-folders (ui/stage/, platform/wnd/qt/).
+#   Its headers are reached as "<prefix>/file.h" or "<prefix>/sub/file.h" through an include root
+#   of its own, so a library sees only the headers of the libraries it links: an include that
+#   goes the wrong way between layers fails to build.
 #
 # px_tests(DIR <folder> LIBS ...)
 #   One test program per <name>_tests.cpp in <folder>, each test registered with CTest by name.
@@ -25,7 +26,7 @@ endif()
 
 function(px_library name)
   cmake_parse_arguments(A "" "DIR;INCLUDE_AS" "DEPS;PRIVATE_DEPS" ${ARGN})
-  file(GLOB sources CONFIGURE_DEPENDS ${A_DIR}/*.cpp)
+  file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${A_DIR}/*.cpp)
   if(NOT sources)
     # A folder whose first source is still being written: an empty library keeps the tree building.
     set(sources ${CMAKE_BINARY_DIR}/empty_${name}.cpp)

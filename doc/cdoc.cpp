@@ -6,7 +6,7 @@
 #include "doc/frame_math.h"
 #include "doc/globals.h"
 #include "platform/base/env.h"
-#include "platform/file/worker.h"
+#include "platform/task/worker.h"
 #include "platform/ini/settings.h"
 
 CDoc* pDoc = nullptr;

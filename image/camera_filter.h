@@ -5,12 +5,12 @@
 //
 // Rows are storage rows (0 = bottom line) of the destination; sampling positions are storage rows
 // of the source. The split globals (gMultiProcess, gCanMultiProcess, gMultiProcOffset) belong to
-// the worker task in platform/file/worker.h.
+// the worker task in platform/task/worker.h.
 
 #include <cstdint>
 
 #include "image/cdib.h"
-#include "platform/file/worker.h"
+#include "platform/task/worker.h"
 
 // The worker's half of a frame, copied whole into the worker's argument area by _beginthread.
 // The worker runs on its own copy, so nothing is handed back through it.

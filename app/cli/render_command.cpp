@@ -9,6 +9,7 @@
 #include <string>
 #include <unistd.h>
 
+#include "app/start/program_start.h"
 #include "doc/cdoc.h"
 #include "doc/globals.h"
 #include "doc/timecode.h"
@@ -16,7 +17,7 @@
 #include "output/render_driver.h"
 #include "platform/base/env.h"
 #include "platform/file/paths.h"
-#include "platform/file/worker.h"
+#include "platform/task/worker.h"
 #include "platform/ini/settings.h"
 
 namespace {
@@ -116,28 +117,12 @@ private:
 // The program's state for one command: settings, the worker, the one document.
 class Session {
 public:
-    Session()
-    {
-        SetEnvName("Parallaxotron");
-        LoadIniFile();
-        InitMP();
-        QTOpenMovies();
-        doc = std::make_unique<CDoc>();
-        pDoc = doc.get();
-        doc->standalone = 1;
-        doc->showLength = (gFrameRate * 60 / 100) * 5;
-    }
-    ~Session()
-    {
-        pDoc = nullptr;
-        doc.reset();
-        QTCloseMovies();
-        CloseMP();
-    }
+    Session() : doc(StartProgram(ProgramFront::kCommandLine)) { doc->standalone = 1; }
+    ~Session() { StopProgram(ProgramFront::kCommandLine); }
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
 
-    std::unique_ptr<CDoc> doc;
+    CDoc* doc;
 };
 
 // Opens the show, its pictures found beside it when they are not where the show says.

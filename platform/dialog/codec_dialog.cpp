@@ -12,48 +12,22 @@
 #include <QVBoxLayout>
 #include <algorithm>
 #include <cstdlib>
-#include <deque>
-#include <mutex>
 
-#include "platform/wnd/window_widgets.h"
+#include "platform/base/from_qt.h"
+#include "platform/base/scripted_answers.h"
+#include "platform/base/to_qt.h"
+#include "platform/wnd/window_widgets_qt.h"
 
 namespace
 {
 
-constexpr size_t kRecordLimit = 64;
 constexpr int kStepCount = 5;
 const char* const kStepNames[kStepCount] = { "Least", "Low", "Normal", "High", "Best" };
 
-struct DialogScript {
-    std::mutex mutex;
-    std::deque<CodecDialogAnswer> answers;
-    std::deque<ShownCodecDialog> shown;
-};
-
-DialogScript& Script()
+ScriptedAnswers<CodecDialogAnswer, ShownCodecDialog>& Script()
 {
-    static DialogScript script;
+    static ScriptedAnswers<CodecDialogAnswer, ShownCodecDialog> script;
     return script;
-}
-
-bool TakeScriptedAnswer(CodecDialogAnswer* answer)
-{
-    DialogScript& script = Script();
-    std::lock_guard<std::mutex> lock(script.mutex);
-    if (script.answers.empty())
-        return false;
-    *answer = script.answers.front();
-    script.answers.pop_front();
-    return true;
-}
-
-void Record(ShownCodecDialog dialog)
-{
-    DialogScript& script = Script();
-    std::lock_guard<std::mutex> lock(script.mutex);
-    script.shown.push_back(std::move(dialog));
-    while (script.shown.size() > kRecordLimit)
-        script.shown.pop_front();
 }
 
 bool HaveWidgets()
@@ -99,8 +73,8 @@ bool RunDialog(QWidget* parent, const std::vector<CodecDialogCodec>& codecs,
     auto* codecBox = new QComboBox(&dialog);
     codecBox->setObjectName(QStringLiteral("codec"));
     for (const CodecDialogCodec& codec : codecs)
-        codecBox->addItem(QString::fromUtf8(codec.name.c_str()), QString::fromUtf8(codec.type.c_str()));
-    codecBox->setCurrentIndex(std::max(0, codecBox->findData(QString::fromUtf8(offered.type.c_str()))));
+        codecBox->addItem(ToQString(codec.name), ToQString(codec.type));
+    codecBox->setCurrentIndex(std::max(0, codecBox->findData(ToQString(offered.type))));
 
     auto* slider = new QSlider(Qt::Horizontal, &dialog);
     slider->setObjectName(QStringLiteral("quality"));
@@ -133,7 +107,7 @@ bool RunDialog(QWidget* parent, const std::vector<CodecDialogCodec>& codecs,
 
     if (dialog.exec() != QDialog::Accepted)
         return false;
-    chosen->type = codecBox->currentData().toString().toStdString();
+    chosen->type = FromQString(codecBox->currentData().toString());
     chosen->quality = kCodecQualitySteps[std::clamp(slider->value(), 0, kStepCount - 1)];
     return true;
 }
@@ -152,7 +126,7 @@ bool CodecSettingsDialog(
     dialog.chosen = dialog.offered;
 
     CodecDialogAnswer answer;
-    if (TakeScriptedAnswer(&answer)) {
+    if (Script().Take(&answer)) {
         dialog.way = CodecDialogWay::kScripted;
         dialog.ok = answer.ok;
         if (answer.ok) {
@@ -175,16 +149,11 @@ bool CodecSettingsDialog(
     else
         *settings = dialog.chosen;
     bool ok = dialog.ok;
-    Record(std::move(dialog));
+    Script().Record(std::move(dialog));
     return ok;
 }
 
-void PushCodecDialogAnswer(const CodecDialogAnswer& answer)
-{
-    DialogScript& script = Script();
-    std::lock_guard<std::mutex> lock(script.mutex);
-    script.answers.push_back(answer);
-}
+void PushCodecDialogAnswer(const CodecDialogAnswer& answer) { Script().Push(answer); }
 
 void PushCodecDialogCancel()
 {
@@ -193,26 +162,8 @@ void PushCodecDialogCancel()
     PushCodecDialogAnswer(answer);
 }
 
-int CountCodecDialogAnswers()
-{
-    DialogScript& script = Script();
-    std::lock_guard<std::mutex> lock(script.mutex);
-    return static_cast<int>(script.answers.size());
-}
+int CountCodecDialogAnswers() { return Script().CountAnswers(); }
 
-std::vector<ShownCodecDialog> TakeShownCodecDialogs()
-{
-    DialogScript& script = Script();
-    std::lock_guard<std::mutex> lock(script.mutex);
-    std::vector<ShownCodecDialog> dialogs(script.shown.begin(), script.shown.end());
-    script.shown.clear();
-    return dialogs;
-}
+std::vector<ShownCodecDialog> TakeShownCodecDialogs() { return Script().TakeRecord(); }
 
-void ClearCodecDialogScript()
-{
-    DialogScript& script = Script();
-    std::lock_guard<std::mutex> lock(script.mutex);
-    script.answers.clear();
-    script.shown.clear();
-}
+void ClearCodecDialogScript() { Script().Clear(); }

@@ -57,7 +57,7 @@ struct ShownCodecDialog {
 };
 
 // Hands back every dialog since the last take, oldest first, and forgets them. The record keeps
-// the last 64 only.
+// the last 256 only.
 std::vector<ShownCodecDialog> TakeShownCodecDialogs();
 // Forgets the queued answers and the record.
 void ClearCodecDialogScript();

@@ -16,7 +16,6 @@
 #include "platform/file/paths.h"
 #include "platform/util/text.h"
 #include "platform/wnd/cpwnd.h"
-#include "platform/wnd/messages.h"
 
 namespace {
 
@@ -131,10 +130,49 @@ int ClickItem(const DialogRun& run, int row, int clickX)
     return -1;
 }
 
-void Draw(ModalPanel& panel, const DialogRun& run)
+// The described dialog's part of the modal loop: its hits, its slider drags and its drawing.
+class DialogClient final : public PanelClient {
+public:
+    explicit DialogClient(const DialogRun& run) : run(run) {}
+
+    PanelEnd Press(tagPOINT at, bool* dragStarted) override
+    {
+        DialogHit hit = HitTestDialog(run.layout, at.x, at.y);
+        switch (hit.kind) {
+        case DialogHitKind::kOutside:
+        case DialogHitKind::kCancel:
+            return PanelEnd::kCancel;
+        case DialogHitKind::kOk:
+            return PanelEnd::kConfirm;
+        case DialogHitKind::kApply:
+            return PanelEnd::kApply;
+        case DialogHitKind::kItem:
+            sliderRow = ClickItem(run, hit.row, at.x);
+            *dragStarted = sliderRow >= 0;
+            break;
+        case DialogHitKind::kNothing:
+            break;
+        }
+        return PanelEnd::kRunning;
+    }
+
+    void Drag(tagPOINT at) override { SetSlider(run, sliderRow, at.x); }
+
+    void Draw() override
+    {
+        CPDrawDialog(run.x, run.y, run.count, run.descriptions, run.values, run.title, run.apply);
+    }
+
+private:
+    const DialogRun& run;
+    int sliderRow = -1;  // the slider row following the pointer while the button is held
+};
+
+int ResultOf(PanelEnd end)
 {
-    panel.Select();
-    CPDrawDialog(run.x, run.y, run.count, run.descriptions, run.values, run.title, run.apply);
+    if (end == PanelEnd::kConfirm)
+        return kDialogConfirmed;
+    return end == PanelEnd::kApply ? kDialogApplied : kDialogCancelled;
 }
 
 }  // namespace
@@ -153,65 +191,6 @@ int CPDialog(CPWnd* owner, int x, int y, int count, const char* descriptions, ch
     ModalPanel panel(owner);
     run.layout = MakeDialogLayout(x, y, run.count, descriptions, run.apply);
     panel.Cover(run.layout.frame);
-    Draw(panel, run);
-    int result = -1;
-    int dragging = -1;  // the slider row following the pointer while the button is held
-    while (result < 0) {
-        PanelInput input = panel.Read();
-        switch (input.msg) {
-        case kMsgKeyDown: {
-            PanelKey key = ReadPanelKey(input);
-            if (key == PanelKey::kCancel)
-                result = kDialogCancelled;
-            else if (key == PanelKey::kConfirm)
-                result = kDialogConfirmed;
-            break;
-        }
-        case kMsgButtonDown: {
-            if (input.window != owner) {
-                result = kDialogCancelled;
-                break;
-            }
-            DialogHit hit = HitTestDialog(run.layout, input.at.x, input.at.y);
-            switch (hit.kind) {
-            case DialogHitKind::kOutside:
-            case DialogHitKind::kCancel:
-                result = kDialogCancelled;
-                break;
-            case DialogHitKind::kOk:
-                result = kDialogConfirmed;
-                break;
-            case DialogHitKind::kApply:
-                result = kDialogApplied;
-                break;
-            case DialogHitKind::kItem:
-                dragging = ClickItem(run, hit.row, input.at.x);
-                break;
-            case DialogHitKind::kNothing:
-                break;
-            }
-            break;
-        }
-        case kMsgMouseMoved:
-            if (dragging >= 0 && input.window == owner)
-                SetSlider(run, dragging, input.at.x);
-            else
-                panel.HandOn(input);
-            break;
-        case kMsgButtonUp:
-            if (dragging >= 0)
-                dragging = -1;
-            else
-                panel.HandOn(input);
-            break;
-        default:
-            panel.HandOn(input);
-            break;
-        }
-        // Drawn again after every read: a change shows at once, and a paint the owner got while
-        // the input was read does not leave the dialog hidden.
-        if (result < 0)
-            Draw(panel, run);
-    }
-    return result;
+    DialogClient client(run);
+    return ResultOf(RunModalPanel(panel, client));
 }

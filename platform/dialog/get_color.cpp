@@ -5,21 +5,47 @@
 
 #include "platform/dialog/modal_panel.h"
 #include "platform/wnd/cpwnd.h"
-#include "platform/wnd/messages.h"
 
 namespace {
-
-void Draw(ModalPanel& panel, const ColorPicker& picker)
-{
-    panel.Select();
-    DrawGetColor(picker);
-}
 
 bool IsLevelOrTexture(PickerPart part)
 {
     return part == PickerPart::kHue || part == PickerPart::kLuminance ||
            part == PickerPart::kSaturation || part == PickerPart::kTexture;
 }
+
+// The colour picker's part of the modal loop: its parts, its level drags and its drawing.
+class PickerClient final : public PanelClient {
+public:
+    explicit PickerClient(ColorPicker* picker) : picker(picker) {}
+
+    PanelEnd Press(tagPOINT at, bool* dragStarted) override
+    {
+        PickerPart part = HitTestPicker(*picker, at.x, at.y);
+        if (part == PickerPart::kOutside || part == PickerPart::kCancel)
+            return PanelEnd::kCancel;
+        if (part == PickerPart::kOk)
+            return PanelEnd::kConfirm;
+        if (part == PickerPart::kPreviousTexture) {
+            StepPickerTexture(picker, -1);
+        } else if (part == PickerPart::kNextTexture) {
+            StepPickerTexture(picker, 1);
+        } else if (IsLevelOrTexture(part)) {
+            DragPicker(picker, part, at.x, at.y);
+            dragged = part;
+            *dragStarted = true;
+        }
+        return PanelEnd::kRunning;
+    }
+
+    void Drag(tagPOINT at) override { DragPicker(picker, dragged, at.x, at.y); }
+
+    void Draw() override { DrawGetColor(*picker); }
+
+private:
+    ColorPicker* picker;
+    PickerPart dragged = PickerPart::kNothing;  // the part following the pointer
+};
 
 }  // namespace
 
@@ -30,63 +56,9 @@ bool CPGetColor(CPWnd* owner, int x, int y, long* colour, const char* title)
     ColorPicker picker;
     OpenColorPicker(&picker, x, y, *colour, title);
     ModalPanel panel(owner, PickerFrame(picker));
-    Draw(panel, picker);
-
-    enum { kRunning, kChosen, kCancelled } state = kRunning;
-    PickerPart dragging = PickerPart::kNothing;
-    while (state == kRunning) {
-        PanelInput input = panel.Read();
-        switch (input.msg) {
-        case kMsgKeyDown: {
-            PanelKey key = ReadPanelKey(input);
-            if (key == PanelKey::kCancel)
-                state = kCancelled;
-            else if (key == PanelKey::kConfirm)
-                state = kChosen;
-            break;
-        }
-        case kMsgButtonDown: {
-            // A drag ends with its button; one whose release never came ends here.
-            dragging = PickerPart::kNothing;
-            if (input.window != owner) {
-                state = kCancelled;
-                break;
-            }
-            PickerPart part = HitTestPicker(picker, input.at.x, input.at.y);
-            if (part == PickerPart::kOutside || part == PickerPart::kCancel)
-                state = kCancelled;
-            else if (part == PickerPart::kOk)
-                state = kChosen;
-            else if (part == PickerPart::kPreviousTexture)
-                StepPickerTexture(&picker, -1);
-            else if (part == PickerPart::kNextTexture)
-                StepPickerTexture(&picker, 1);
-            else if (IsLevelOrTexture(part)) {
-                DragPicker(&picker, part, input.at.x, input.at.y);
-                dragging = part;
-            }
-            break;
-        }
-        case kMsgMouseMoved:
-            if (dragging != PickerPart::kNothing && input.window == owner)
-                DragPicker(&picker, dragging, input.at.x, input.at.y);
-            else
-                panel.HandOn(input);
-            break;
-        case kMsgButtonUp:
-            if (dragging != PickerPart::kNothing)
-                dragging = PickerPart::kNothing;
-            else
-                panel.HandOn(input);
-            break;
-        default:
-            panel.HandOn(input);
-            break;
-        }
-        if (state == kRunning)
-            Draw(panel, picker);
-    }
-    if (state == kChosen)
-        *colour = picker.colour;
-    return state == kChosen;
+    PickerClient client(&picker);
+    if (RunModalPanel(panel, client) != PanelEnd::kConfirm)
+        return false;
+    *colour = picker.colour;
+    return true;
 }

@@ -5,46 +5,18 @@
 #include <QPushButton>
 #include <QString>
 #include <cstdio>
-#include <deque>
-#include <mutex>
 
 #include "platform/base/env.h"
+#include "platform/base/scripted_answers.h"
+#include "platform/base/to_qt.h"
 
 namespace
 {
 
-constexpr size_t kRecordLimit = 256;
-
-struct BoxScript {
-    std::mutex mutex;
-    std::deque<BoxAnswer> answers;
-    std::deque<ShownMessageBox> shown;
-};
-
-BoxScript& Script()
+ScriptedAnswers<BoxAnswer, ShownMessageBox>& Script()
 {
-    static BoxScript script;
+    static ScriptedAnswers<BoxAnswer, ShownMessageBox> script;
     return script;
-}
-
-bool TakeScriptedAnswer(BoxAnswer* answer)
-{
-    BoxScript& script = Script();
-    std::lock_guard<std::mutex> lock(script.mutex);
-    if (script.answers.empty())
-        return false;
-    *answer = script.answers.front();
-    script.answers.pop_front();
-    return true;
-}
-
-void Record(ShownMessageBox box)
-{
-    BoxScript& script = Script();
-    std::lock_guard<std::mutex> lock(script.mutex);
-    script.shown.push_back(std::move(box));
-    while (script.shown.size() > kRecordLimit)
-        script.shown.pop_front();
 }
 
 bool HaveWidgets()
@@ -60,7 +32,7 @@ std::string TextOrEmpty(const char* text)
 // The alerts carry the program's name as their title.
 QString ProgramTitle()
 {
-    return gEnv.name[0] != '\0' ? QString::fromUtf8(gEnv.name) : QStringLiteral("Parallaxotron");
+    return gEnv.name[0] != '\0' ? ToQString(gEnv.name) : QStringLiteral("Parallaxotron");
 }
 
 // Runs a real modal box over the active window and answers which button ended it. Esc and the
@@ -68,7 +40,7 @@ QString ProgramTitle()
 BoxAnswer RunBox(QMessageBox::Icon icon, const QString& title, const std::string& text, MessageBoxKind kind)
 {
     QMessageBox box(
-        icon, title, QString::fromUtf8(text.c_str()), QMessageBox::NoButton, QApplication::activeWindow());
+        icon, title, ToQString(text), QMessageBox::NoButton, QApplication::activeWindow());
     switch (kind) {
     case MessageBoxKind::kError:
         box.setStandardButtons(QMessageBox::Ok);
@@ -109,12 +81,12 @@ BoxAnswer RunBox(QMessageBox::Icon icon, const QString& title, const std::string
 BoxAnswer AnswerBox(ShownMessageBox box, BoxAnswer consoleDefault)
 {
     BoxAnswer answer = consoleDefault;
-    if (TakeScriptedAnswer(&answer)) {
+    if (Script().Take(&answer)) {
         box.way = MessageBoxWay::kScripted;
     } else if (HaveWidgets()) {
         box.way = MessageBoxWay::kShown;
         QString title
-            = box.kind == MessageBoxKind::kError ? ProgramTitle() : QString::fromUtf8(box.title.c_str());
+            = box.kind == MessageBoxKind::kError ? ProgramTitle() : ToQString(box.title);
         QMessageBox::Icon icon
             = box.kind == MessageBoxKind::kError ? QMessageBox::Warning : QMessageBox::Question;
         answer = RunBox(icon, title, box.shownText, box.kind);
@@ -135,8 +107,19 @@ BoxAnswer AnswerBox(ShownMessageBox box, BoxAnswer consoleDefault)
     if (box.kind == MessageBoxKind::kYesNo && answer != kBoxYes)
         answer = kBoxNo;
     box.answer = answer;
-    Record(std::move(box));
+    Script().Record(std::move(box));
     return answer;
+}
+
+// A question box as asked: its text shown as given, under its title.
+ShownMessageBox Question(MessageBoxKind kind, const char* text, const char* title)
+{
+    ShownMessageBox box;
+    box.kind = kind;
+    box.text = TextOrEmpty(text);
+    box.title = TextOrEmpty(title);
+    box.shownText = box.text;
+    return box;
 }
 
 } // namespace
@@ -158,51 +141,18 @@ void ErrorBox(const char* text, long code)
 
 bool YesNoBox(const char* text, const char* title)
 {
-    ShownMessageBox box;
-    box.kind = MessageBoxKind::kYesNo;
-    box.text = TextOrEmpty(text);
-    box.title = TextOrEmpty(title);
-    box.shownText = box.text;
-    return AnswerBox(std::move(box), kBoxNo) == kBoxYes;
+    return AnswerBox(Question(MessageBoxKind::kYesNo, text, title), kBoxNo) == kBoxYes;
 }
 
 BoxAnswer YesNoCancelBox(const char* text, const char* title)
 {
-    ShownMessageBox box;
-    box.kind = MessageBoxKind::kYesNoCancel;
-    box.text = TextOrEmpty(text);
-    box.title = TextOrEmpty(title);
-    box.shownText = box.text;
-    return AnswerBox(std::move(box), kBoxCancel);
+    return AnswerBox(Question(MessageBoxKind::kYesNoCancel, text, title), kBoxCancel);
 }
 
-void PushMessageBoxAnswer(BoxAnswer answer)
-{
-    BoxScript& script = Script();
-    std::lock_guard<std::mutex> lock(script.mutex);
-    script.answers.push_back(answer);
-}
+void PushMessageBoxAnswer(BoxAnswer answer) { Script().Push(answer); }
 
-int CountMessageBoxAnswers()
-{
-    BoxScript& script = Script();
-    std::lock_guard<std::mutex> lock(script.mutex);
-    return static_cast<int>(script.answers.size());
-}
+int CountMessageBoxAnswers() { return Script().CountAnswers(); }
 
-std::vector<ShownMessageBox> TakeShownMessageBoxes()
-{
-    BoxScript& script = Script();
-    std::lock_guard<std::mutex> lock(script.mutex);
-    std::vector<ShownMessageBox> boxes(script.shown.begin(), script.shown.end());
-    script.shown.clear();
-    return boxes;
-}
+std::vector<ShownMessageBox> TakeShownMessageBoxes() { return Script().TakeRecord(); }
 
-void ClearMessageBoxScript()
-{
-    BoxScript& script = Script();
-    std::lock_guard<std::mutex> lock(script.mutex);
-    script.answers.clear();
-    script.shown.clear();
-}
+void ClearMessageBoxScript() { Script().Clear(); }

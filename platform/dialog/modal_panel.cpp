@@ -63,3 +63,51 @@ void ModalPanel::HandOn(const PanelInput& input)
     tagPOINT point = input.at;
     DispatchAMessage(owner, input.msg, input.wParam, input.lParam, 0, point);
 }
+
+PanelEnd RunModalPanel(ModalPanel& panel, PanelClient& client)
+{
+    panel.Select();
+    client.Draw();
+    PanelEnd end = PanelEnd::kRunning;
+    bool dragging = false;
+    while (end == PanelEnd::kRunning) {
+        PanelInput input = panel.Read();
+        switch (input.msg) {
+        case kMsgKeyDown: {
+            PanelKey key = ReadPanelKey(input);
+            if (key == PanelKey::kCancel)
+                end = PanelEnd::kCancel;
+            else if (key == PanelKey::kConfirm)
+                end = PanelEnd::kConfirm;
+            break;
+        }
+        case kMsgButtonDown:
+            dragging = false;
+            if (input.window != panel.owner)
+                end = PanelEnd::kCancel;
+            else
+                end = client.Press(input.at, &dragging);
+            break;
+        case kMsgMouseMoved:
+            if (dragging && input.window == panel.owner)
+                client.Drag(input.at);
+            else
+                panel.HandOn(input);
+            break;
+        case kMsgButtonUp:
+            if (dragging)
+                dragging = false;
+            else
+                panel.HandOn(input);
+            break;
+        default:
+            panel.HandOn(input);
+            break;
+        }
+        if (end == PanelEnd::kRunning) {
+            panel.Select();
+            client.Draw();
+        }
+    }
+    return end;
+}

@@ -24,6 +24,24 @@ struct PanelInput {
 enum class PanelKey { kNone, kCancel, kConfirm };
 PanelKey ReadPanelKey(const PanelInput& input);
 
+// How a panel's loop ended, or kRunning while it goes on.
+enum class PanelEnd { kRunning, kCancel, kConfirm, kApply };
+
+// What differs between panels; RunModalPanel reads the input and does the rest.
+class PanelClient {
+public:
+    // A button-down in the owner at `at` (window pixels). Answers how the panel ends, or
+    // kRunning to go on; sets *dragStarted when the press began a drag that the pointer leads.
+    virtual PanelEnd Press(tagPOINT at, bool* dragStarted) = 0;
+    // The pointer moved to `at` (window pixels) in the owner while a drag was on.
+    virtual void Drag(tagPOINT at) = 0;
+    // Draws the panel; the owner's image is current.
+    virtual void Draw() = 0;
+
+protected:
+    ~PanelClient() = default;
+};
+
 class ModalPanel {
 public:
     // Remembers the caller's port, drawing state and font, and makes the owner's backing image
@@ -49,9 +67,18 @@ public:
     void HandOn(const PanelInput& input);
 
 private:
+    friend PanelEnd RunModalPanel(ModalPanel& panel, PanelClient& client);
     CPWnd* owner;
     DrawPort* previousPort;
     DrawState previousState;
     FontRecord* previousFont;
     SavedPixels saved;
 };
+
+// Draws the panel, then reads input until it ends, and answers how. Esc cancels and Return
+// confirms (other keys go nowhere); a button-down in another window cancels, one in the owner
+// goes to the client. A drag follows the pointer's moves in the owner until its button comes up;
+// a button-down whose release never came ends it too. Other input is handed on to the owner.
+// The panel is drawn again after every read: a change shows at once, and a paint the owner got
+// while the input was read does not leave the panel hidden.
+PanelEnd RunModalPanel(ModalPanel& panel, PanelClient& client);

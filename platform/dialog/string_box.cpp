@@ -8,39 +8,25 @@
 #include <QVBoxLayout>
 #include <cstdio>
 #include <cstring>
-#include <deque>
 #include <optional>
+
+#include "platform/base/from_qt.h"
+#include "platform/base/scripted_answers.h"
+#include "platform/base/to_qt.h"
+#include "platform/base/utf8.h"
 
 namespace {
 
-constexpr size_t kRecordLimit = 256;
 constexpr int kFieldWidth = 320;  // pixels: room for a path or a timecode at a glance
 
-struct BoxScript {
-    std::deque<std::optional<std::string>> answers;  // empty: a cancel
-    std::deque<ShownStringBox> shown;
-};
-
-BoxScript& Script()
+// A queued answer is the text typed, or nothing for a cancel.
+ScriptedAnswers<std::optional<std::string>, ShownStringBox>& Script()
 {
-    static BoxScript script;
+    static ScriptedAnswers<std::optional<std::string>, ShownStringBox> script;
     return script;
 }
 
 std::string TextOrEmpty(const char* text) { return text ? std::string(text) : std::string(); }
-
-// Copies at most 63 bytes of UTF-8 text into `out`, never ending inside a character.
-void CopyAnswer(char* out, const std::string& text)
-{
-    size_t length = text.size();
-    if (length > size_t(kStringBoxAnswer)) {
-        length = kStringBoxAnswer;
-        while (length > 0 && (static_cast<unsigned char>(text[length]) & 0xC0) == 0x80)
-            --length;
-    }
-    std::memcpy(out, text.data(), length);
-    out[length] = 0;
-}
 
 bool HaveWidgets()
 {
@@ -51,13 +37,13 @@ bool HaveWidgets()
 std::optional<std::string> RunBox(const ShownStringBox& box)
 {
     QDialog dialog(QApplication::activeWindow());
-    dialog.setWindowTitle(QString::fromUtf8(box.title.c_str()));
+    dialog.setWindowTitle(ToQString(box.title));
     auto* layout = new QVBoxLayout(&dialog);
-    auto* prompt = new QLabel(QString::fromUtf8((box.prompt + box.note).c_str()), &dialog);
+    auto* prompt = new QLabel(ToQString(box.prompt + box.note), &dialog);
     prompt->setObjectName(QStringLiteral("prompt"));
     prompt->setWordWrap(true);
     layout->addWidget(prompt);
-    auto* field = new QLineEdit(QString::fromUtf8(box.start.c_str()), &dialog);
+    auto* field = new QLineEdit(ToQString(box.start), &dialog);
     field->setObjectName(QStringLiteral("value"));
     field->setMinimumWidth(kFieldWidth);
     field->selectAll();
@@ -69,7 +55,7 @@ std::optional<std::string> RunBox(const ShownStringBox& box)
     field->setFocus(Qt::OtherFocusReason);
     if (dialog.exec() != QDialog::Accepted)
         return std::nullopt;
-    return field->text().toUtf8().toStdString();
+    return FromQString(field->text());
 }
 
 }  // namespace
@@ -86,11 +72,8 @@ bool GetStringBox(char* value, const char* title, const char* prompt, const char
     box.start.assign(value, strnlen(value, kStringBoxAnswer));
 
     std::optional<std::string> answer;
-    BoxScript& script = Script();
-    if (!script.answers.empty()) {
+    if (Script().Take(&answer)) {
         box.way = StringBoxWay::kScripted;
-        answer = script.answers.front();
-        script.answers.pop_front();
     } else if (HaveWidgets()) {
         box.way = StringBoxWay::kShown;
         answer = RunBox(box);
@@ -102,30 +85,19 @@ bool GetStringBox(char* value, const char* title, const char* prompt, const char
 
     box.ok = answer.has_value();
     if (box.ok)
-        CopyAnswer(value, *answer);
+        CopyUtf8(value, answer->c_str(), kStringBoxAnswer);
     box.answer.assign(value, strnlen(value, kStringBoxAnswer));
-    script.shown.push_back(std::move(box));
-    while (script.shown.size() > kRecordLimit)
-        script.shown.pop_front();
-    return answer.has_value();
+    bool ok = box.ok;
+    Script().Record(std::move(box));
+    return ok;
 }
 
-void PushStringBoxAnswer(const char* text) { Script().answers.push_back(TextOrEmpty(text)); }
+void PushStringBoxAnswer(const char* text) { Script().Push(TextOrEmpty(text)); }
 
-void PushStringBoxCancel() { Script().answers.push_back(std::nullopt); }
+void PushStringBoxCancel() { Script().Push(std::nullopt); }
 
-int CountStringBoxAnswers() { return static_cast<int>(Script().answers.size()); }
+int CountStringBoxAnswers() { return Script().CountAnswers(); }
 
-std::vector<ShownStringBox> TakeShownStringBoxes()
-{
-    BoxScript& script = Script();
-    std::vector<ShownStringBox> boxes(script.shown.begin(), script.shown.end());
-    script.shown.clear();
-    return boxes;
-}
+std::vector<ShownStringBox> TakeShownStringBoxes() { return Script().TakeRecord(); }
 
-void ClearStringBoxScript()
-{
-    Script().answers.clear();
-    Script().shown.clear();
-}
+void ClearStringBoxScript() { Script().Clear(); }

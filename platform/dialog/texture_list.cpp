@@ -6,12 +6,15 @@
 #include <QStringList>
 #include <cstring>
 
+#include "platform/base/from_qt.h"
+#include "platform/base/to_qt.h"
+
 std::vector<std::string> ListTextures(const char* folder)
 {
     std::vector<std::string> paths;
     if (!folder || !folder[0])
         return paths;
-    QDir dir(QString::fromUtf8(folder));
+    QDir dir(ToQPath(folder));
     if (!dir.exists())
         return paths;
     QStringList patterns;
@@ -24,7 +27,7 @@ std::vector<std::string> ListTextures(const char* folder)
     for (const QString& name : names) {
         if (paths.size() >= size_t(kMaxTextures))
             break;
-        paths.push_back(dir.absoluteFilePath(name).toUtf8().toStdString());
+        paths.push_back(FromQPath(dir.absoluteFilePath(name)));
     }
     return paths;
 }
@@ -32,7 +35,7 @@ std::vector<std::string> ListTextures(const char* folder)
 bool LoadTexturePreview(const std::string& path, std::vector<uint32_t>* pixels)
 {
     pixels->clear();
-    QImageReader reader(QString::fromUtf8(path.c_str()));
+    QImageReader reader(ToQPath(path));
     reader.setScaledSize(QSize(kTexturePreviewWidth, kTexturePreviewHeight));
     QImage image = reader.read();
     if (image.isNull())

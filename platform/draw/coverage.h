@@ -74,8 +74,6 @@ private:
 
     // Image coordinates in, clipped here.
     void AddSpan(int64_t y, int64_t left, int64_t right);
-    void AddRoundRectRow(int64_t y, int64_t left, int64_t top, int64_t right, int64_t bottom,
-                         int64_t cornerWidth, int64_t cornerHeight);
     // Sorts the spans and merges the ones that overlap or touch.
     void Merge();
 

@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <cstring>
 
+#include "platform/base/to_qt.h"
+#include "platform/base/utf8.h"
 #include "platform/draw/coverage.h"
 #include "platform/draw/draw_port.h"
 #include "platform/draw/draw_port_qt.h"
@@ -17,19 +19,6 @@
 namespace {
 
 constexpr size_t kMaxTextBytes = 255;
-
-// Copies at most 255 bytes of text, backing off so that no UTF-8 sequence is cut.
-void CutText(const char* text, char* out)
-{
-    size_t length = strnlen(text, kMaxTextBytes + 1);
-    if (length > kMaxTextBytes) {
-        length = kMaxTextBytes;
-        while (length > 0 && (static_cast<unsigned char>(text[length]) & 0xC0) == 0x80)
-            --length;
-    }
-    std::memcpy(out, text, length);
-    out[length] = 0;
-}
 
 }  // namespace
 
@@ -44,7 +33,7 @@ void DrawText(long colour, const char* text, int x, int y, int align)
         return;
 
     char cut[kMaxTextBytes + 1];
-    CutText(text, cut);
+    CopyUtf8(cut, text, kMaxTextBytes);
     const int64_t width = GetTextWidth(cut);
     int64_t start = x;
     if (align == kTextRight)
@@ -71,9 +60,9 @@ void DrawText(long colour, const char* text, int x, int y, int align)
     if (gDrawState.textOpaque) {
         QRect box(int(left), int(baseline - metrics.ascent()), int(width),
                   metrics.ascent() + metrics.descent());
-        painter.fillRect(box, QColor::fromRgb(PixelOfColour(gDrawState.backColor)));
+        painter.fillRect(box, ToQColor(gDrawState.backColor));
     }
     painter.setFont(font);
-    painter.setPen(QColor::fromRgb(PixelOfColour(colour)));
-    painter.drawText(QPointF(double(left), double(baseline)), QString::fromUtf8(cut));
+    painter.setPen(ToQColor(colour));
+    painter.drawText(QPointF(double(left), double(baseline)), ToQString(cut));
 }

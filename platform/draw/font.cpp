@@ -8,6 +8,7 @@
 #include <cstring>
 #include <new>
 
+#include "platform/base/to_qt.h"
 #include "platform/draw/draw_state.h"
 #include "platform/draw/font_qt.h"
 
@@ -55,7 +56,7 @@ int PixelSize(long size)
 // font file.
 QFont CurrentQtFont()
 {
-    QFont font(QString::fromUtf8(StandardFontFamily()));
+    QFont font(ToQString(StandardFontFamily()));
     font.setPixelSize(gDrawState.fontPixelSize);
     font.setBold((gDrawState.fontStyle & kFontBold) != 0);
     font.setItalic((gDrawState.fontStyle & kFontItalic) != 0);
@@ -75,7 +76,7 @@ bool LoadStandardFonts()
 
     QString family;
     for (const char* file : kStandardFontFiles) {
-        int id = QFontDatabase::addApplicationFont(QString::fromUtf8(file));
+        int id = QFontDatabase::addApplicationFont(ToQPath(file));
         if (id < 0)
             continue;
         QStringList families = QFontDatabase::applicationFontFamilies(id);
@@ -88,7 +89,7 @@ bool LoadStandardFonts()
     sFontsFound = true;
     sFamily = family.toUtf8();
     // Other Qt code asking for the standard family by name gets the same font.
-    QFont::insertSubstitution(QString::fromUtf8(kStandardFamilyName), family);
+    QFont::insertSubstitution(ToQString(kStandardFamilyName), family);
     return true;
 }
 
@@ -137,5 +138,5 @@ long GetTextWidth(const char* text)
     if (!text || !*text || !HaveGuiApplication())
         return 0;
     QFontMetrics metrics(CurrentQtFont());
-    return metrics.horizontalAdvance(QString::fromUtf8(text));
+    return metrics.horizontalAdvance(ToQString(text));
 }

@@ -6,22 +6,19 @@
 #include <QString>
 #include <QStringList>
 #include <cstring>
-#include <deque>
 #include <filesystem>
 
+#include "platform/base/from_qt.h"
+#include "platform/base/scripted_answers.h"
+#include "platform/base/to_qt.h"
 #include "platform/file/paths.h"
 
 namespace {
 
-struct DialogScript {
-    std::deque<std::vector<std::string>> answers;
-    FileDialogRequest last;
-    int requests = 0;
-};
-
-DialogScript& Script()
+// A queued answer is the list of paths chosen; an empty list is a cancel.
+ScriptedAnswers<std::vector<std::string>, FileDialogRequest>& Script()
 {
-    static DialogScript script;
+    static ScriptedAnswers<std::vector<std::string>, FileDialogRequest> script;
     return script;
 }
 
@@ -130,12 +127,6 @@ bool ToPathForm(const std::string& path, FSpec* out)
     return true;
 }
 
-void Record(const FileDialogRequest& request)
-{
-    Script().last = request;
-    Script().requests++;
-}
-
 // Shows the dialog the request describes and collects the chosen paths. False on cancel.
 bool ShowDialog(const FileDialogRequest& request, std::vector<std::string>* chosen)
 {
@@ -148,20 +139,20 @@ bool ShowDialog(const FileDialogRequest& request, std::vector<std::string>* chos
         dialog.setFileMode(request.multiple ? QFileDialog::ExistingFiles : QFileDialog::ExistingFile);
     QStringList nameFilters;
     for (const std::string& nameFilter : request.nameFilters)
-        nameFilters << QString::fromStdString(nameFilter);
+        nameFilters << ToQString(nameFilter);
     if (!nameFilters.isEmpty())
         dialog.setNameFilters(nameFilters);
     if (!request.folder.empty())
-        dialog.setDirectory(QFile::decodeName(request.folder.c_str()));
+        dialog.setDirectory(ToQPath(request.folder));
     if (request.save) {
         if (!request.defaultSuffix.empty())
-            dialog.setDefaultSuffix(QString::fromStdString(request.defaultSuffix));
-        dialog.selectFile(QFile::decodeName(request.proposedName.c_str()));
+            dialog.setDefaultSuffix(ToQString(request.defaultSuffix));
+        dialog.selectFile(ToQPath(request.proposedName));
     }
     if (dialog.exec() != QDialog::Accepted)
         return false;
     for (const QString& file : dialog.selectedFiles())
-        chosen->push_back(QFile::encodeName(file).toStdString());
+        chosen->push_back(FromQPath(file));
     return !chosen->empty();
 }
 
@@ -169,13 +160,9 @@ bool ShowDialog(const FileDialogRequest& request, std::vector<std::string>* chos
 // running, else a cancel, so nothing ever waits on a dialog nobody can see.
 bool AskUser(const FileDialogRequest& request, std::vector<std::string>* chosen)
 {
-    Record(request);
-    DialogScript& script = Script();
-    if (!script.answers.empty()) {
-        *chosen = script.answers.front();
-        script.answers.pop_front();
+    Script().Record(request);
+    if (Script().Take(chosen))
         return !chosen->empty();
-    }
     if (!qobject_cast<QApplication*>(QCoreApplication::instance()))
         return false;
     return ShowDialog(request, chosen);
@@ -250,37 +237,16 @@ bool SaveFileDialog(CPWnd*, FSpec* spec, const char* filter, const char* default
     return true;
 }
 
-void PushFileDialogAnswer(const char* path)
-{
-    Script().answers.push_back({path ? path : ""});
-}
+void PushFileDialogAnswer(const char* path) { Script().Push({path ? path : ""}); }
 
-void PushFileDialogAnswer(const std::vector<std::string>& paths)
-{
-    Script().answers.push_back(paths);
-}
+void PushFileDialogAnswer(const std::vector<std::string>& paths) { Script().Push(paths); }
 
-void PushFileDialogCancel()
-{
-    Script().answers.push_back({});
-}
+void PushFileDialogCancel() { Script().Push({}); }
 
-void ClearFileDialogScript()
-{
-    Script() = DialogScript();
-}
+void ClearFileDialogScript() { Script().Clear(); }
 
-int CountFileDialogAnswers()
-{
-    return int(Script().answers.size());
-}
+int CountFileDialogAnswers() { return Script().CountAnswers(); }
 
-int CountFileDialogRequests()
-{
-    return Script().requests;
-}
+int CountFileDialogRequests() { return Script().CountRecorded(); }
 
-FileDialogRequest GetLastFileDialogRequest()
-{
-    return Script().last;
-}
+FileDialogRequest GetLastFileDialogRequest() { return Script().LastRecorded(); }

@@ -10,6 +10,7 @@
 #include <cstring>
 #include <mutex>
 
+#include "platform/base/to_qt.h"
 #include "platform/picture/decode_qt.h"
 
 namespace
@@ -79,7 +80,7 @@ ImportResult ImportPictureFile(const char* path, int maxSide, PictureRows* rows)
 {
     if (path == nullptr || *path == '\0')
         return kImportUnreadable;
-    QFile file(QString::fromUtf8(path));
+    QFile file(ToQPath(path));
     if (!file.open(QIODevice::ReadOnly))
         return kImportUnreadable;
     return DecodePicture(&file, maxSide, rows);

@@ -8,6 +8,7 @@
 #include <system_error>
 
 #include "platform/base/env.h"
+#include "platform/base/utf8.h"
 #include "platform/draw/font.h"
 
 namespace {
@@ -42,7 +43,7 @@ size_t PreviousCharacter(const char* text, size_t end)
     if (end == 0)
         return 0;
     size_t i = end - 1;
-    while (i > 0 && (static_cast<unsigned char>(text[i]) & 0xC0) == 0x80)
+    while (i > 0 && IsUtf8Continuation(text[i]))
         i--;
     return i;
 }

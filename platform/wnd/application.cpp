@@ -9,7 +9,8 @@
 #include <cstring>
 #include <memory>
 
-#include "platform/wnd/window_widgets.h"
+#include "platform/base/to_qt.h"
+#include "platform/wnd/window_widgets_qt.h"
 
 namespace {
 
@@ -70,5 +71,5 @@ bool SaveWindowPicture(CPWnd* window, const char* path)
     // Platforms that keep no screen (or a window not shown yet) give nothing: draw it instead.
     if (picture.isNull() || picture.size() != top->size() * picture.devicePixelRatio())
         picture = top->grab();
-    return !picture.isNull() && picture.save(QString::fromUtf8(path), "PNG");
+    return !picture.isNull() && picture.save(ToQPath(path), "PNG");
 }

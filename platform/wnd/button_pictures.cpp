@@ -4,6 +4,7 @@
 #include <QPolygonF>
 #include <algorithm>
 
+#include "platform/base/to_qt.h"
 #include "platform/draw/draw_port.h"
 #include "platform/draw/draw_port_qt.h"
 
@@ -115,7 +116,7 @@ bool DrawButtonPicture(const tagRECT& rect, int picture)
     QPainter p(&image);
     // Window coordinates are taken from the drawing origin, as every drawing call takes them.
     p.translate(-port->OriginX(), -port->OriginY());
-    QRect r(rect.left, rect.top, rect.right - rect.left, rect.bottom - rect.top);
+    QRect r = ToQRect(rect);
     PaintFace(p, r, found->look);
     PaintSymbol(p, r, found->symbol, found->look);
     return true;

@@ -8,17 +8,18 @@
 #include <QPointer>
 #include <cstring>
 
+#include "platform/base/to_qt.h"
 #include "platform/wnd/cpwnd.h"
 #include "platform/wnd/messages.h"
 #include "platform/wnd/shell.h"
-#include "platform/wnd/window_widgets.h"
+#include "platform/wnd/window_widgets_qt.h"
 
 namespace {
 
 CPMenu* sLastMenu = nullptr;
 
 // "&" is shown as itself, not as a mnemonic marker.
-QString PlainText(const QByteArray& text) { return QString::fromUtf8(text).replace("&", "&&"); }
+QString PlainText(const QByteArray& text) { return ToQString(text).replace("&", "&&"); }
 
 QByteArray CutTitle(const char* title)
 {

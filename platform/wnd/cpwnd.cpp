@@ -6,13 +6,15 @@
 #include <cstring>
 #include <vector>
 
+#include "platform/base/to_qt.h"
+#include "platform/base/utf8.h"
 #include "platform/draw/draw_port.h"
-#include "platform/wnd/edit_box_field.h"
-#include "platform/wnd/scroll_bars.h"
+#include "platform/wnd/edit_box_field_qt.h"
+#include "platform/wnd/scroll_bars_qt.h"
 #include "platform/wnd/shell.h"
-#include "platform/wnd/shell_internal.h"
+#include "platform/wnd/shell_internal_qt.h"
 #include "platform/wnd/window_list.h"
-#include "platform/wnd/window_widgets.h"
+#include "platform/wnd/window_widgets_qt.h"
 
 namespace {
 
@@ -25,20 +27,6 @@ std::vector<const CPWnd*>& AliveWindows()
 }
 
 constexpr int kInitialSide = 100;
-
-// Copies at most `limit` bytes of UTF-8 text, never ending inside a character.
-void CopyText(char* out, const char* text, size_t limit)
-{
-    size_t length = text ? std::strlen(text) : 0;
-    if (length > limit) {
-        length = limit;
-        while (length > 0 && (static_cast<unsigned char>(text[length]) & 0xC0) == 0x80)
-            --length;
-    }
-    if (length > 0)
-        std::memcpy(out, text, length);
-    out[length] = 0;
-}
 
 // A style 256 window goes behind its sibling windows. A desktop window is left where the desktop
 // puts it: the program's other windows lie inside it or float over it anyway.
@@ -188,7 +176,7 @@ void CPWnd::SetWinRect(int left, int top, int right, int bottom, bool show)
     FrameWidget* frame = impl->frame;
     if (!frame)
         return;
-    QRect target(left, top, std::max(0, right - left), std::max(0, bottom - top));
+    QRect target = ToQRect(left, top, right, bottom);
     ++impl->settingGeometry;
     if (frame->isWindow()) {
         frame->setGeometry(target);
@@ -260,10 +248,10 @@ int CPWnd::GetBorderSize() const
 
 void CPWnd::SetTitle(const char* title)
 {
-    CopyText(impl->title, title, kMaxTitle);
+    CopyUtf8(impl->title, title, kMaxTitle);
     if (!impl->frame)
         return;
-    impl->frame->setWindowTitle(QString::fromUtf8(impl->title));
+    impl->frame->setWindowTitle(ToQString(impl->title));
     impl->frame->update(0, 0, impl->frame->width(), impl->frame->CaptionHeight());
 }
 
@@ -271,7 +259,7 @@ void CPWnd::GetTitle(char* out, int max) const
 {
     if (!out || max <= 0)
         return;
-    CopyText(out, impl->title, static_cast<size_t>(max - 1));
+    CopyUtf8(out, impl->title, static_cast<size_t>(max - 1));
 }
 
 void CPWnd::Redraw(const tagRECT&, bool) { Redraw(); }

@@ -4,7 +4,7 @@
 #include <QPixmap>
 #include <map>
 
-#include "platform/wnd/cursor_pictures.h"
+#include "platform/wnd/cursor_pictures_qt.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "platform/wnd/cursor_pictures.h"
+#include "platform/wnd/cursor_pictures_qt.h"
 
 #include <QPainter>
 #include <QPainterPath>

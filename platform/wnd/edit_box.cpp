@@ -5,12 +5,15 @@
 #include <QPointer>
 #include <cstring>
 
+#include "platform/base/from_qt.h"
+#include "platform/base/to_qt.h"
+#include "platform/base/utf8.h"
 #include "platform/draw/draw_state.h"
 #include "platform/util/text.h"
 #include "platform/wnd/cpwnd.h"
-#include "platform/wnd/edit_box_field.h"
-#include "platform/wnd/shell_internal.h"
-#include "platform/wnd/window_widgets.h"
+#include "platform/wnd/edit_box_field_qt.h"
+#include "platform/wnd/shell_internal_qt.h"
+#include "platform/wnd/window_widgets_qt.h"
 
 CPEditBox* gMacEditBox = nullptr;
 tagRECT gEditRect = {0, 0, 0, 0};
@@ -23,25 +26,12 @@ constexpr long kDefaultEditFontSize = 12;
 QFont QtFontOf(const FontRecord& record)
 {
     // As SelectFont sets text: the standard family, one point under the record's size.
-    QFont font(QString::fromUtf8(StandardFontFamily()));
+    QFont font(ToQString(StandardFontFamily()));
     font.setPixelSize(record.size > 2 ? static_cast<int>(record.size - 1) : 1);
     font.setBold((record.style & kFontBold) != 0);
     font.setItalic((record.style & kFontItalic) != 0);
     font.setUnderline((record.style & kFontUnderline) != 0);
     return font;
-}
-
-// Copies at most `limit` bytes of UTF-8 text, never ending inside a character.
-void CopyWhole(char* out, const char* text, size_t limit)
-{
-    size_t length = std::strlen(text);
-    if (length > limit) {
-        length = limit;
-        while (length > 0 && (static_cast<unsigned char>(text[length]) & 0xC0) == 0x80)
-            --length;
-    }
-    std::memcpy(out, text, length);
-    out[length] = 0;
 }
 
 }  // namespace
@@ -96,7 +86,7 @@ void CPEditBox::SetString(const char* text, bool select)
         return;
     // Room for the text and an ellipsis, which is empty here: a value is cut, not marked.
     char buffer[kEditTextSize + 4];
-    CopyWhole(buffer, text ? text : "", kEditTextSize - 1);
+    CopyUtf8(buffer, text, kEditTextSize - 1);
 
     // Measured in the field's own font; the drawing state is left as it was.
     DrawState savedState = gDrawState;
@@ -106,7 +96,7 @@ void CPEditBox::SetString(const char* text, bool select)
     gDrawState = savedState;
     pCurFont = savedFont;
 
-    field->edit->setText(QString::fromUtf8(buffer));
+    field->edit->setText(ToQString(buffer));
     if (select)
         field->edit->selectAll();
     else
@@ -123,8 +113,8 @@ void CPEditBox::GetString(char* out, int max) const
         out[0] = 0;
         return;
     }
-    QByteArray text = field->edit->text().toUtf8();
-    CopyWhole(out, text.constData(), static_cast<size_t>(max - 1));
+    std::string text = FromQString(field->edit->text());
+    CopyUtf8(out, text.c_str(), static_cast<size_t>(max - 1));
 }
 
 void CPEditBox::Focus()

@@ -30,18 +30,19 @@
 #include <QWheelEvent>
 #include <memory>
 
+#include "platform/base/from_qt.h"
 #include "platform/base/types.h"
 #include "platform/util/rect.h"
 #include "platform/wnd/edit_box.h"
-#include "platform/wnd/edit_box_field.h"
-#include "platform/wnd/frame_tracking.h"
-#include "platform/wnd/input_queue.h"
+#include "platform/wnd/edit_box_field_qt.h"
+#include "platform/wnd/frame_tracking_qt.h"
+#include "platform/wnd/input_queue_qt.h"
 #include "platform/wnd/messages.h"
-#include "platform/wnd/qt_input.h"
+#include "platform/wnd/input_qt.h"
 #include "platform/wnd/shell.h"
-#include "platform/wnd/shell_internal.h"
+#include "platform/wnd/shell_internal_qt.h"
 #include "platform/wnd/window_list.h"
-#include "platform/wnd/window_widgets.h"
+#include "platform/wnd/window_widgets_qt.h"
 
 namespace {
 
@@ -352,8 +353,8 @@ void HandleFileOpen(QFileOpenEvent* event)
     sOpenBatch = true;
     // The rest of the batch comes before the event loop turns again.
     QTimer::singleShot(0, QCoreApplication::instance(), []() { sOpenBatch = false; });
-    QByteArray path = event->file().toUtf8();
-    const char* paths[] = {path.constData()};
+    std::string path = FromQPath(event->file());
+    const char* paths[] = {path.c_str()};
     OpenAppleEventHandler(1, paths);
 }
 

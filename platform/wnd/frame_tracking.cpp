@@ -1,4 +1,4 @@
-#include "platform/wnd/frame_tracking.h"
+#include "platform/wnd/frame_tracking_qt.h"
 
 #include <QGuiApplication>
 #include <QPointer>
@@ -7,8 +7,8 @@
 #include <algorithm>
 
 #include "platform/wnd/shell.h"
-#include "platform/wnd/shell_internal.h"
-#include "platform/wnd/window_widgets.h"
+#include "platform/wnd/shell_internal_qt.h"
+#include "platform/wnd/window_widgets_qt.h"
 
 namespace {
 

@@ -9,11 +9,11 @@
 #include <memory>
 
 #include "platform/wnd/cpwnd.h"
-#include "platform/wnd/input_queue.h"
+#include "platform/wnd/input_queue_qt.h"
 #include "platform/wnd/messages.h"
-#include "platform/wnd/shell_internal.h"
+#include "platform/wnd/shell_internal_qt.h"
 #include "platform/wnd/window_list.h"
-#include "platform/wnd/window_widgets.h"
+#include "platform/wnd/window_widgets_qt.h"
 
 namespace {
 

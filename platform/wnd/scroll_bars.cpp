@@ -6,13 +6,13 @@
 // moves by a 80th of that span, a page area by an 8th, the thumb by its tracked position; the
 // window is then redrawn (1003).
 
-#include "platform/wnd/scroll_bars.h"
+#include "platform/wnd/scroll_bars_qt.h"
 
 #include <QScrollBar>
 #include <algorithm>
 
-#include "platform/wnd/shell_internal.h"
-#include "platform/wnd/window_widgets.h"
+#include "platform/wnd/shell_internal_qt.h"
+#include "platform/wnd/window_widgets_qt.h"
 
 namespace {
 

@@ -14,17 +14,18 @@
 #include <vector>
 
 #include "platform/base/env.h"
-#include "platform/file/worker.h"
+#include "platform/base/from_qt.h"
 #include "platform/ini/settings.h"
+#include "platform/task/worker.h"
 #include "platform/wnd/cpwnd.h"
 #include "platform/wnd/cursor.h"
 #include "platform/wnd/edit_box.h"
-#include "platform/wnd/input_queue.h"
+#include "platform/wnd/input_queue_qt.h"
 #include "platform/wnd/messages.h"
-#include "platform/wnd/qt_input.h"
-#include "platform/wnd/shell_internal.h"
+#include "platform/wnd/input_qt.h"
+#include "platform/wnd/shell_internal_qt.h"
 #include "platform/wnd/window_list.h"
-#include "platform/wnd/window_widgets.h"
+#include "platform/wnd/window_widgets_qt.h"
 
 int gMacDone = 0;
 int sLastKey = 0;
@@ -69,7 +70,7 @@ void RecordScreen()
     if (!screen)
         return;
     QRect area = screen->availableGeometry();
-    gScreenRect = {area.left(), area.top(), area.left() + area.width(), area.top() + area.height()};
+    gScreenRect = FromQRect(area);
 }
 
 long AskSystemVersion()
@@ -100,12 +101,13 @@ void TakeCommandLine()
         return;
     sCommandLineTaken = true;
     QStringList arguments = QCoreApplication::arguments();
-    std::vector<QByteArray> texts;
+    // The arguments name documents: they go back to the file system's own bytes.
+    std::vector<std::string> texts;
     for (int i = 1; i < arguments.size(); ++i)
-        texts.push_back(arguments[i].toUtf8());
+        texts.push_back(FromQPath(arguments[i]));
     std::vector<const char*> pointers;
-    for (const QByteArray& text : texts)
-        pointers.push_back(text.constData());
+    for (const std::string& text : texts)
+        pointers.push_back(text.c_str());
     OpenCommandLineDocument(static_cast<int>(pointers.size()), pointers.data());
 }
 

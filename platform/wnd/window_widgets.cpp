@@ -1,4 +1,4 @@
-#include "platform/wnd/window_widgets.h"
+#include "platform/wnd/window_widgets_qt.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -9,13 +9,14 @@
 #include <QPainter>
 #include <QResizeEvent>
 
+#include "platform/base/to_qt.h"
 #include "platform/draw/draw_port_qt.h"
 #include "platform/draw/draw_state.h"
 #include "platform/draw/font.h"
-#include "platform/wnd/edit_box_field.h"
+#include "platform/wnd/edit_box_field_qt.h"
 #include "platform/wnd/messages.h"
 #include "platform/wnd/shell.h"
-#include "platform/wnd/shell_internal.h"
+#include "platform/wnd/shell_internal_qt.h"
 #include "platform/wnd/window_list.h"
 
 namespace {
@@ -179,7 +180,7 @@ void FrameWidget::paintEvent(QPaintEvent*)
     char title[kMaxTitle + 1] = {};
     if (owner)
         owner->GetTitle(title, sizeof title);
-    QFont font(QString::fromUtf8(StandardFontFamily()));
+    QFont font(ToQString(StandardFontFamily()));
     font.setPixelSize(caption >= kDocumentCaption ? 12 : 10);
     font.setBold(true);
     painter.setFont(font);
@@ -188,7 +189,7 @@ void FrameWidget::paintEvent(QPaintEvent*)
     if (!box.isEmpty())
         text.adjust(box.right() + 4, 0, -(box.right() + 4), 0);
     painter.drawText(text, Qt::AlignCenter | Qt::TextSingleLine,
-                     painter.fontMetrics().elidedText(QString::fromUtf8(title), Qt::ElideRight,
+                     painter.fontMetrics().elidedText(ToQString(title), Qt::ElideRight,
                                                       std::max(0, text.width())));
 }
 

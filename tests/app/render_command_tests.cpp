@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <string>
 
@@ -138,6 +139,29 @@ TEST_F(RenderCommand, StillRefusesAnotherKindOfPicture)
 {
     EXPECT_EQ(Run({"--render", demo, "--still", "10", "-o", dir.File("frame.png")}), kExitUsage);
     EXPECT_NE(said.find("as .tga or .bmp"), std::string::npos) << said;
+}
+
+TEST_F(RenderCommand, RenderLeavesTheUsersSettingsFileUntouched)
+{
+    // A preferences folder of the test's own, holding settings the show and the options differ from.
+    const char* config = std::getenv("XDG_CONFIG_HOME");
+    std::string savedConfig = config ? config : "";
+    pxtest::TempDir preferences;
+    setenv("XDG_CONFIG_HOME", preferences.Path().c_str(), 1);
+    const std::string settings = preferences.File("Parallaxotron");
+    const std::string before =
+        "[Parallaxotron]\r\nAspectMode=5626\r\nCodecType=avc1\r\nMovieType=3\r\n";
+    ASSERT_TRUE(pxtest::WriteText(settings, before));
+
+    std::string out = dir.File("settings.mov");
+    int code = Run({"--render", demo, "-o", out, "--size", "64x48", "--end", "2", "--codec", "png"});
+    std::string after = pxtest::ReadText(settings);
+    if (config)
+        setenv("XDG_CONFIG_HOME", savedConfig.c_str(), 1);
+    else
+        unsetenv("XDG_CONFIG_HOME");
+    EXPECT_EQ(code, kExitMade) << said;
+    EXPECT_EQ(after, before);
 }
 
 }  // namespace

@@ -11,7 +11,7 @@
 
 #include "doc/globals.h"
 #include "platform/base/env.h"
-#include "platform/file/worker.h"
+#include "platform/task/worker.h"
 #include "platform/ini/settings.h"
 
 namespace {

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "image/camera_filter_pixels.h"
-#include "platform/file/worker.h"
+#include "platform/task/worker.h"
 
 using pxtest::FramePixel;
 using pxtest::FrameIsAll;

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "image/camera_filter_pixels.h"
-#include "platform/file/worker.h"
+#include "platform/task/worker.h"
 
 using pxtest::AllRows;
 using pxtest::FramePixel;

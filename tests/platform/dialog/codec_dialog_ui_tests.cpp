@@ -247,14 +247,14 @@ TEST_F(CodecDialog, NothingToOfferAnswersFalseWithoutShowing)
     EXPECT_TRUE(TakeShownCodecDialogs().empty());
 }
 
-TEST_F(CodecDialog, RecordKeepsTheLast64)
+TEST_F(CodecDialog, RecordKeepsTheLast256)
 {
-    for (int i = 0; i < 70; ++i)
+    for (int i = 0; i < 260; ++i)
         PushCodecDialogAnswer(CodecDialogAnswer {});
     CodecDialogSettings settings { "avc1", 512 };
-    for (int i = 0; i < 70; ++i)
+    for (int i = 0; i < 260; ++i)
         ASSERT_TRUE(CodecSettingsDialog(nullptr, SomeCodecs(), &settings));
-    EXPECT_EQ(TakeShownCodecDialogs().size(), 64u);
+    EXPECT_EQ(TakeShownCodecDialogs().size(), 256u);
     EXPECT_TRUE(TakeShownCodecDialogs().empty());
 }
 

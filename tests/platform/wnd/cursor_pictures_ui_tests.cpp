@@ -1,6 +1,6 @@
 // The program's own cursor pictures.
 
-#include "platform/wnd/cursor_pictures.h"
+#include "platform/wnd/cursor_pictures_qt.h"
 
 #include <gtest/gtest.h>
 #include <cstdlib>

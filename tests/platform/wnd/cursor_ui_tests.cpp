@@ -5,7 +5,7 @@
 #include <QGuiApplication>
 #include <gtest/gtest.h>
 
-#include "platform/wnd/cursor_pictures.h"
+#include "platform/wnd/cursor_pictures_qt.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include <string>
 
 #include "platform/draw/draw_state.h"
-#include "platform/wnd/edit_box_field.h"
+#include "platform/wnd/edit_box_field_qt.h"
 #include "wnd_test_support.h"
 
 namespace {

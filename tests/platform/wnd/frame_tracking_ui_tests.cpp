@@ -1,6 +1,6 @@
 // Title-bar drags, the size box and the close box of the frames the layer draws.
 
-#include "platform/wnd/frame_tracking.h"
+#include "platform/wnd/frame_tracking_qt.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 // Scroll bars: where they lie, their limits, the user's tracking.
 
-#include "platform/wnd/scroll_bars.h"
+#include "platform/wnd/scroll_bars_qt.h"
 
 #include <QScrollBar>
 #include <gtest/gtest.h>

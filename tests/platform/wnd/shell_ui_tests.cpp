@@ -8,7 +8,7 @@
 #include <string>
 
 #include "platform/base/env.h"
-#include "platform/file/worker.h"
+#include "platform/task/worker.h"
 #include "platform/wnd/edit_box.h"
 #include "platform/wnd/window_list.h"
 #include "wnd_test_support.h"

@@ -1,7 +1,7 @@
 // The Qt side of windows: which part of a window input lands on, paint delivery, the desktop's
 // own moves and resizes.
 
-#include "platform/wnd/window_widgets.h"
+#include "platform/wnd/window_widgets_qt.h"
 
 #include <QLineEdit>
 #include <QWindow>

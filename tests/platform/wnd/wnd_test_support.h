@@ -13,7 +13,7 @@
 
 #include "platform/wnd/cpwnd.h"
 #include "platform/wnd/messages.h"
-#include "platform/wnd/window_widgets.h"
+#include "platform/wnd/window_widgets_qt.h"
 
 struct Received {
     const CPWnd* window;

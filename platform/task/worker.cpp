@@ -1,4 +1,4 @@
-#include "platform/file/worker.h"
+#include "platform/task/worker.h"
 
 #include <cstring>
 #include <new>

@@ -18,7 +18,7 @@
 #include <cstdint>
 #include <thread>
 
-#include "platform/file/task_queue.h"
+#include "platform/task/task_queue.h"
 
 constexpr int kTaskArgumentSize = 256;  // the argument block, copied whole by _beginthread
 

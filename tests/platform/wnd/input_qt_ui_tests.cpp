@@ -1,6 +1,6 @@
 // Qt's keys and modifiers in the program's terms.
 
-#include "platform/wnd/qt_input.h"
+#include "platform/wnd/input_qt.h"
 
 #include <QKeyEvent>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "platform/wnd/qt_input.h"
+#include "platform/wnd/input_qt.h"
 
 #include <QKeyEvent>
 

@@ -1,4 +1,4 @@
-#include "platform/file/task_queue.h"
+#include "platform/task/task_queue.h"
 
 void TaskQueue::Post(int value)
 {

@@ -1,0 +1,36 @@
+#include "app/start/program_start.h"
+
+#include "doc/cdoc.h"
+#include "doc/globals.h"
+#include "output/movie.h"
+#include "platform/base/env.h"
+#include "platform/ini/settings.h"
+#include "platform/task/worker.h"
+#include "platform/wnd/shell.h"
+
+CDoc* StartProgram(ProgramFront front, void* instance)
+{
+    if (front == ProgramFront::kEditor) {
+        InitEnvironment(instance, kProgramName, kProgramKind);
+    } else {
+        SetEnvName(kProgramName);
+        InitMP();
+        LoadIniFile();
+    }
+    QTOpenMovies();
+    pDoc = new CDoc();
+    // Five minutes of whole frames, in the integer steps the program has always used.
+    pDoc->showLength = (gFrameRate * 60 / 100) * 5;
+    return pDoc;
+}
+
+void StopProgram(ProgramFront front)
+{
+    delete pDoc;
+    pDoc = nullptr;
+    if (front == ProgramFront::kEditor)
+        CloseEnvironment();
+    else
+        CloseMP();
+    QTCloseMovies();
+}

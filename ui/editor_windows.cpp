@@ -1,0 +1,6 @@
+#include "ui/editor_windows.h"
+
+CMain* pMain = nullptr;
+CStage* pStage = nullptr;
+CTime* pTime = nullptr;
+CView* pViewer = nullptr;
