@@ -1,8 +1,8 @@
 # Build helpers shared by every folder.
 include(GoogleTest)
 #
-# px_library(<name> DIR <folder> INCLUDE_AS <prefix> [DEPS ...] [PRIVATE_DEPS ...])
-#   A static library of every .cpp in <folder>. Its headers are reached as "<prefix>/file.h"
+# px_library(<name> DIR <folder> INCLUDE_AS <prefix> [RECURSE] [DEPS ...] [PRIVATE_DEPS ...])
+#   A static library of every .cpp in <folder> (and in its sub-folders with RECURSE). Its headers are reached as "<prefix>/file.h"
 #   through an include root of its own, so a library sees only the headers of the libraries it
 #   links: an include that goes the wrong way between layers fails to build.
 #
@@ -24,8 +24,12 @@ if(PX_SANITIZE)
 endif()
 
 function(px_library name)
-  cmake_parse_arguments(A "" "DIR;INCLUDE_AS" "DEPS;PRIVATE_DEPS" ${ARGN})
-  file(GLOB sources CONFIGURE_DEPENDS ${A_DIR}/*.cpp)
+  cmake_parse_arguments(A "RECURSE" "DIR;INCLUDE_AS" "DEPS;PRIVATE_DEPS" ${ARGN})
+  if(A_RECURSE)
+    file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${A_DIR}/*.cpp)
+  else()
+    file(GLOB sources CONFIGURE_DEPENDS ${A_DIR}/*.cpp)
+  endif()
   if(NOT sources)
     # A folder whose first source is still being written: an empty library keeps the tree building.
     set(sources ${CMAKE_BINARY_DIR}/empty_${name}.cpp)
