@@ -178,8 +178,12 @@ long CMain::HandleEvent(unsigned int msg, long wParam, long lParam)
         tagRECT client;
         GetClientRect(client);
         GetDC(this);
-        button.Check(x, y, kButtonPressed);
-        pressedStep = variant.standalone ? PanelStepAt(client, x, y) : PanelStep::kNone;
+        // The push button is placed and shown only in the hosted variant; the plus and minus
+        // marks only in the standalone one.
+        if (variant.standalone)
+            pressedStep = PanelStepAt(client, x, y);
+        else
+            button.Check(x, y, kButtonPressed);
         return 1;
     }
     case kMsgButtonUp: {

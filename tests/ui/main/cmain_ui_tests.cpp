@@ -418,6 +418,29 @@ TEST_F(MainWindow, HostedPanelPlacesThePushButton)
     EXPECT_EQ(r.bottom, t + 33);
 }
 
+TEST_F(MainWindow, HostedPushButtonHandsTheMovesBackAndCloses)
+{
+    Start("", false);
+    GetDC(pMain);
+    pMain->OnDraw();
+    const tagRECT r = pMain->button.GetRect();
+    PostAMessage(pMain, kMsgButtonDown, 0, MakePointParam(r.left + 5, r.top + 5));
+    EXPECT_EQ(pMain->button.GetState(), kButtonPressed);
+    EXPECT_EQ(gMacDone, 0);
+    PostAMessage(pMain, kMsgButtonUp, 0, MakePointParam(r.left + 5, r.top + 5));
+    EXPECT_EQ(pMain->button.GetState(), kButtonNormal);
+    EXPECT_EQ(gMacDone, 1);
+}
+
+TEST_F(MainWindow, StandaloneIgnoresClicksOutsideThePanelMarks)
+{
+    Start();
+    Click(0, 0);
+    Click(5, 5);
+    EXPECT_EQ(gMacDone, 0);
+    EXPECT_EQ(gCurFrame, 0);
+}
+
 TEST_F(MainWindow, DbgShowsThreeNumbersAsTheViewerTitle)
 {
     Start();
