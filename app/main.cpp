@@ -6,6 +6,7 @@
 
 #include "app/cli/command_line.h"
 #include "app/cli/render_command.h"
+#include "app/start/editor_start.h"
 
 int main(int argc, char** argv)
 {
@@ -23,9 +24,7 @@ int main(int argc, char** argv)
         WatchForInterrupt();
         return RunRenderCommand(line, stderr);
     case CommandKind::kEditor:
-        break;
+        return RunEditor(argv[0], line.show.c_str());
     }
-    std::fprintf(stderr, "parallaxotron: the editor is not part of this build yet; render a show with\n"
-                         "  parallaxotron --render show.plx -o movie.mov\n");
     return kExitUsage;
 }

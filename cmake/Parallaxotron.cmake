@@ -2,7 +2,7 @@
 include(GoogleTest)
 #
 # px_library(<name> DIR <folder> INCLUDE_AS <prefix> [DEPS ...] [PRIVATE_DEPS ...])
-#   A static library of every .cpp in <folder> and its sub-folders (ui/stage/, platform/wnd/qt/).
+#   A static library of every .cpp in <folder> and its sub-folders (ui/stage/, ui/main/).
 #   Its headers are reached as "<prefix>/file.h" or "<prefix>/sub/file.h" through an include root
 #   of its own, so a library sees only the headers of the libraries it links: an include that
 #   goes the wrong way between layers fails to build.

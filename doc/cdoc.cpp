@@ -74,6 +74,7 @@ void CDoc::ClearShow()
     }
     picCount = 0;
     showID = 0;
+    showFile.Clear();
     dirty = false;
     undoHead = -1;
     undoCount = 0;

@@ -7,6 +7,7 @@
 
 #include <cstdint>
 
+#include "doc/edit_state.h"
 #include "doc/key.h"
 #include "image/cdib.h"
 #include "platform/file/fspec.h"
@@ -140,6 +141,9 @@ public:
     // Puts a picture file into slot `pic` (0..63; anything else is ignored) starting at `start`
     // (0 for slot 0).
     void LoadPicture(FSpec* spec, int pic, long start);
+    // The key selection of the editor's commands: FindKey(gCurFrame) (-1 none; key 0 can be
+    // copied but not cut or deleted).
+    int GetKeySelection() const;
     // Attaches the editor's windows (null detaches).
     void AttachEditor(DocEditor* windows) { editor = windows; }
 
@@ -159,6 +163,8 @@ public:
     bool dirty = false;
     uint8_t standalone = 0;  // 1 when running as its own application, 0 hosted in a video editor
     uint16_t showID = 0;     // random at each save, 0 after ClearShow
+    ShowFileRecord showFile;  // where the show was opened from or saved to; cleared by ClearShow
+    KeyClipboard clipboard;   // the key Copy and Cut keep for Paste
 
     // --- Undo ring -----------------------------------------------------------------------------
     KeyStruct undoRing[kUndoEntries];

@@ -4,3 +4,4 @@ CMain* pMain = nullptr;
 CStage* pStage = nullptr;
 CTime* pTime = nullptr;
 CView* pViewer = nullptr;
+CPWnd* gMainWindowPtr = nullptr;

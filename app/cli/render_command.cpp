@@ -117,7 +117,7 @@ private:
 // The program's state for one command: settings, the worker, the one document.
 class Session {
 public:
-    Session() : doc(StartProgram(ProgramFront::kCommandLine)) { doc->standalone = 1; }
+    Session() : doc(StartProgram(ProgramFront::kCommandLine)) {}
     ~Session() { StopProgram(ProgramFront::kCommandLine); }
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;

@@ -19,6 +19,8 @@ CDoc* StartProgram(ProgramFront front, void* instance)
     }
     QTOpenMovies();
     pDoc = new CDoc();
+    // The program runs as its own application, not hosted in a video editor.
+    pDoc->standalone = 1;
     // Five minutes of whole frames, in the integer steps the program has always used.
     pDoc->showLength = (gFrameRate * 60 / 100) * 5;
     return pDoc;

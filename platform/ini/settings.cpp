@@ -23,6 +23,11 @@ namespace {
 constexpr size_t kMaxText = kIniSize - 1;    // 1,023 characters and the terminator
 constexpr size_t kMaxAppend = kIniSize - 3;  // a new line must leave room for its CR LF
 
+// What this run wrote last, so that saving the same text again writes nothing.
+bool sWrittenSinceLoad = false;
+std::string sLastWritten;
+long sSaveCount = 0;
+
 // ---------------------------------------------------------------------------------------------
 // [SECTION] Helpers for the text
 
@@ -262,6 +267,7 @@ void SetIniItem(const char* key, long value)
 
 void LoadIniText(const char* bytes, size_t count)
 {
+    sWrittenSinceLoad = false;
     // Cleared first: the text is not cut at the bytes read, so a short text ends at the zeros
     // after it, and an embedded NUL ends it early.
     std::memset(gIniString, 0, kIniSize);
@@ -302,6 +308,8 @@ void LoadIniFile()
 
 void SaveIniFile()
 {
+    if (sWrittenSinceLoad && sLastWritten == gIniString)
+        return;
     SettingsFile file;
     if (!FindSettingsFile(file) || !MakeFolder(file.folder))
         return;
@@ -327,4 +335,12 @@ void SaveIniFile()
         return;
     }
     SyncFolder(file.folder);
+    sWrittenSinceLoad = true;
+    sLastWritten = gIniString;
+    ++sSaveCount;
+}
+
+long GetIniSaveCount()
+{
+    return sSaveCount;
 }

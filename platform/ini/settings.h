@@ -29,8 +29,12 @@ void SetIniItem(const char* key, long value);
 // Reads the settings file of the program named in gEnv from the preferences folder
 // ($XDG_CONFIG_HOME, else ~/.config); a file that does not hold the name is reset to the header.
 void LoadIniFile();
-// Writes the text to the settings file, replacing the old file whole.
+// Writes the text to the settings file, replacing the old file whole. A second save with the
+// same text since the last load writes nothing (the main window saves on its way out and the
+// environment's close saves again: the file is written once).
 void SaveIniFile();
+// How many times this process has written the settings file.
+long GetIniSaveCount();
 
 // The settings file's full path: the preferences folder ($XDG_CONFIG_HOME, else $HOME/.config;
 // relative values are ignored) and the program's name. False when there is no such folder, so the

@@ -1,6 +1,7 @@
 #include "platform/wnd/button_pictures.h"
 
 #include <QPainter>
+#include <QPen>
 #include <QPolygonF>
 #include <algorithm>
 
@@ -10,7 +11,7 @@
 
 namespace {
 
-enum class Symbol { Stop, Forwards, Backwards, AddKey };
+enum class Symbol { Stop, Forwards, Backwards, AddKey, Apply };
 enum class Look { Normal, Pressed, Disabled };
 
 struct ButtonPicture {
@@ -26,6 +27,8 @@ constexpr ButtonPicture kPictures[] = {
     {108, Symbol::Forwards, Look::Normal},   {109, Symbol::Stop, Look::Pressed},
     {110, Symbol::Stop, Look::Disabled},     {111, Symbol::AddKey, Look::Normal},
     {112, Symbol::AddKey, Look::Pressed},
+    {kPanelButtonPressed, Symbol::Apply, Look::Pressed},
+    {kPanelButtonNormal, Symbol::Apply, Look::Normal},
 };
 
 const ButtonPicture* FindPicture(int number)
@@ -95,6 +98,16 @@ void PaintSymbol(QPainter& p, const QRect& r, Symbol symbol, Look look)
         qreal bar = std::max(2.0, side / 4);
         p.drawRect(QRectF(centre.x() - bar / 2, centre.y() - half, bar, side));
         p.drawRect(QRectF(centre.x() - half, centre.y() - bar / 2, side, bar));
+        break;
+    }
+    case Symbol::Apply: {
+        // A tick: a short stroke down to the bottom point and a long one up to the right.
+        p.setRenderHint(QPainter::Antialiasing, true);
+        p.setBrush(Qt::NoBrush);
+        p.setPen(QPen(ink, std::max(1.5, side / 5), Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+        p.drawPolyline(QPolygonF({QPointF(centre.x() - half, centre.y()),
+                                  QPointF(centre.x() - half * 0.3, centre.y() + half * 0.7),
+                                  QPointF(centre.x() + half, centre.y() - half * 0.8)}));
         break;
     }
     }

@@ -1,8 +1,11 @@
 #include "platform/wnd/cursor_pictures_qt.h"
 
+#include <QGuiApplication>
 #include <QPainter>
 #include <QPainterPath>
 #include <QPolygonF>
+#include <QScreen>
+#include <algorithm>
 #include <cmath>
 #include <functional>
 
@@ -38,10 +41,12 @@ void DoubleArrow(QPainter& p, QPointF from, QPointF to)
     p.drawPolygon(Head(from, -dx, -dy));
 }
 
-// Paints the figure twice: a wide white pass for the outline, then the black shape on it.
-QImage PaintFigure(const Figure& figure)
+// Paints the figure twice: a wide white pass for the outline, then the black shape on it; at
+// `scale` image pixels per cursor pixel, so a screen of that density shows it sharp.
+QImage PaintFigure(const Figure& figure, int scale)
 {
-    QImage image(kCursorSize, kCursorSize, QImage::Format_ARGB32_Premultiplied);
+    QImage image(kCursorSize * scale, kCursorSize * scale, QImage::Format_ARGB32_Premultiplied);
+    image.setDevicePixelRatio(scale);
     image.fill(Qt::transparent);
     QPainter p(&image);
     p.setRenderHint(QPainter::Antialiasing, true);
@@ -118,32 +123,49 @@ void DrawPlus(QPainter& p)
 
 }  // namespace
 
-QImage DrawCursorPicture(int image)
+QImage DrawCursorPicture(int image, int scale)
 {
+    scale = std::clamp(scale, 1, kLargestCursorScale);
+    const auto paint = [scale](const Figure& figure) { return PaintFigure(figure, scale); };
     switch (image) {
     case kCursorImageMove:
-        return PaintFigure(DrawMove);
+        return paint(DrawMove);
     case kCursorImageResize:
-        return PaintFigure(DrawResize);
+        return paint(DrawResize);
     case kCursorImageSlide:
-        return PaintFigure(DrawSlide);
+        return paint(DrawSlide);
     case kCursorImageVertical:
-        return PaintFigure(DrawVertical);
+        return paint(DrawVertical);
     case kCursorImageRotate:
-        return PaintFigure(DrawRotate);
+        return paint(DrawRotate);
     case kCursorImageTilt:
-        return PaintFigure(DrawTilt);
+        return paint(DrawTilt);
     case kCursorImagePlus:
-        return PaintFigure(DrawPlus);
+        return paint(DrawPlus);
     default:
         return QImage();
     }
 }
 
+int CursorScaleFor(qreal devicePixelRatio)
+{
+    if (!(devicePixelRatio > 1.0))
+        return 1;
+    return std::min(static_cast<int>(std::ceil(devicePixelRatio - 0.01)), kLargestCursorScale);
+}
+
 QCursor MakeProgramCursor(int image)
 {
-    QImage picture = DrawCursorPicture(image);
+    qreal ratio = 1.0;
+    for (QScreen* screen : QGuiApplication::screens())
+        ratio = std::max(ratio, screen->devicePixelRatio());
+    int scale = CursorScaleFor(ratio);
+    QImage picture = DrawCursorPicture(image, scale);
     if (picture.isNull())
         return QCursor(Qt::ArrowCursor);
-    return QCursor(QPixmap::fromImage(picture), kCursorHotSpot, kCursorHotSpot);
+    // X11 takes the hot spot in the picture's own pixels; the other platforms in cursor pixels.
+    int hotSpot = kCursorHotSpot;
+    if (QGuiApplication::platformName() == QLatin1String("xcb"))
+        hotSpot *= scale;
+    return QCursor(QPixmap::fromImage(picture), hotSpot, hotSpot);
 }

@@ -15,6 +15,6 @@ TEST(EditorWindows, NoWindowExistsBeforeTheMainWindowMakesThem)
 TEST(EditorWindows, TheStageEditMessageIsNoneOfTheShellsMessages)
 {
     // The shell's own messages run from 1001 to 1020, with 12345 ending the loop.
-    EXPECT_FALSE(kMsgStageEditEnded >= 1001 && kMsgStageEditEnded <= 1020);
-    EXPECT_NE(kMsgStageEditEnded, kMsgEndLoop);
+    EXPECT_FALSE(kMsgEditEnded >= 1001 && kMsgEditEnded <= 1020);
+    EXPECT_NE(kMsgEditEnded, kMsgEndLoop);
 }

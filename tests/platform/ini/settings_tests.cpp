@@ -548,6 +548,25 @@ TEST_F(SettingsFile, SettingsReadBackAfterRestart)
                                 "InitialFolder=/pictures/show one\r\n");
 }
 
+TEST_F(SettingsFile, SameTextSavedTwiceIsWrittenOnce)
+{
+    Load(kHeader + "A=1\r\n");
+    long before = GetIniSaveCount();
+    SaveIniFile();
+    SaveIniFile();  // the main window saves on its way out, the environment's close again
+    EXPECT_EQ(GetIniSaveCount(), before + 1);
+    EXPECT_EQ(pxtest::ReadText(SettingsPath()), kHeader + "A=1\r\n");
+
+    SetIniItem("A", 2L);
+    SaveIniFile();
+    EXPECT_EQ(GetIniSaveCount(), before + 2);
+    EXPECT_EQ(pxtest::ReadText(SettingsPath()), kHeader + "A=2\r\n");
+
+    Load(kHeader + "A=2\r\n");  // a new run writes its settings again
+    SaveIniFile();
+    EXPECT_EQ(GetIniSaveCount(), before + 3);
+}
+
 TEST_F(SettingsFile, SavedFileHoldsTheTextWithoutTerminator)
 {
     Load(kHeader + "A=1\r\n");

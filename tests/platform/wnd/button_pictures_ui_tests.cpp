@@ -43,7 +43,7 @@ TEST(ButtonPictures, EveryNumberFrom102To112IsAPictureOfItsOwn)
 
 TEST(ButtonPictures, OtherNumbersDrawNothing)
 {
-    for (int picture : {0, 101, 113, 121, 122, -1}) {
+    for (int picture : {0, 101, 113, 120, 123, -1}) {
         bool drawn = true;
         std::vector<uint32_t> pixels = Paint(picture, &drawn);
         EXPECT_FALSE(drawn) << picture;
@@ -51,6 +51,24 @@ TEST(ButtonPictures, OtherNumbersDrawNothing)
         for (uint32_t p : pixels)
             ASSERT_EQ(p, 0xFFFFFFFFu);
     }
+}
+
+TEST(ButtonPictures, MainWindowButtonHasANormalAndAPressedPicture)
+{
+    bool normalDrawn = false;
+    bool pressedDrawn = false;
+    std::vector<uint32_t> normal = Paint(kPanelButtonNormal, &normalDrawn);
+    std::vector<uint32_t> pressed = Paint(kPanelButtonPressed, &pressedDrawn);
+    EXPECT_TRUE(normalDrawn);
+    EXPECT_TRUE(pressedDrawn);
+    EXPECT_NE(normal, pressed);
+    EXPECT_EQ(normal[3 * 19 + 3], 0xFFD4D4D4u);
+    EXPECT_EQ(pressed[3 * 19 + 3], 0xFFA8A8A8u);
+    // The tick is drawn in black on the normal face.
+    int ink = 0;
+    for (uint32_t p : normal)
+        ink += p == 0xFF000000u;
+    EXPECT_GT(ink, 4);
 }
 
 TEST(ButtonPictures, DisabledSymbolIsGreyAndPressedFaceDarker)

@@ -3,6 +3,7 @@
 #include "platform/wnd/cursor_pictures_qt.h"
 
 #include <gtest/gtest.h>
+#include <cmath>
 #include <cstdlib>
 #include <set>
 
@@ -21,6 +22,23 @@ int Count(const QImage& image, int level)
         }
     }
     return n;
+}
+
+// Of the pixels the shape touches, the share that is neither black nor white (edge smoothing).
+double SoftShare(const QImage& image)
+{
+    int touched = 0;
+    int soft = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            QRgb pixel = image.pixel(x, y);
+            if (qAlpha(pixel) == 0)
+                continue;
+            ++touched;
+            soft += qAlpha(pixel) < 255 || (qGray(pixel) > 15 && qGray(pixel) < 240);
+        }
+    }
+    return touched ? static_cast<double>(soft) / touched : 0.0;
 }
 
 TEST(CursorPictures, EachIsA32PixelBlackShapeOutlinedInWhite)
@@ -48,6 +66,46 @@ TEST(CursorPictures, TheHotSpotLiesOnTheShape)
         QImage image = DrawCursorPicture(picture);
         EXPECT_EQ(image.pixel(kCursorHotSpot, kCursorHotSpot), 0xFF000000u) << picture;
     }
+}
+
+TEST(CursorPictures, AtTwiceTheDensityThePictureHasFourTimesThePixels)
+{
+    for (int picture : {kCursorImageMove, kCursorImageResize, kCursorImageSlide, kCursorImageVertical,
+                        kCursorImageRotate, kCursorImageTilt, kCursorImagePlus}) {
+        QImage single = DrawCursorPicture(picture, 1);
+        QImage twice = DrawCursorPicture(picture, 2);
+        EXPECT_EQ(twice.size(), QSize(64, 64)) << picture;
+        EXPECT_EQ(twice.devicePixelRatio(), 2.0) << picture;
+        // Drawn anew on the finer grid: the shape keeps its size in cursor pixels (about four
+        // times the device pixels), and its edges are no softer in device pixels than at 1x.
+        double black = static_cast<double>(Count(twice, 0)) / Count(single, 0);
+        double white = static_cast<double>(Count(twice, 255)) / Count(single, 255);
+        EXPECT_GT(black, 3.5) << picture;
+        EXPECT_LT(black, 10.0) << picture;
+        EXPECT_GT(white, 3.5) << picture;
+        EXPECT_LT(white, 10.0) << picture;
+        EXPECT_LE(SoftShare(twice), SoftShare(single)) << picture;
+        if (picture != kCursorImageResize && picture != kCursorImageRotate &&
+            picture != kCursorImageTilt) {
+            for (int dy = 0; dy < 2; ++dy)
+                for (int dx = 0; dx < 2; ++dx)
+                    EXPECT_EQ(twice.pixel(2 * kCursorHotSpot + dx, 2 * kCursorHotSpot + dy),
+                              0xFF000000u) << picture;
+        }
+    }
+}
+
+TEST(CursorPictures, ScaleIsTheWholeNumberAboveTheScreensRatio)
+{
+    EXPECT_EQ(CursorScaleFor(1.0), 1);
+    EXPECT_EQ(CursorScaleFor(0.5), 1);
+    EXPECT_EQ(CursorScaleFor(1.25), 2);
+    EXPECT_EQ(CursorScaleFor(2.0), 2);
+    EXPECT_EQ(CursorScaleFor(3.0), 3);
+    EXPECT_EQ(CursorScaleFor(9.0), kLargestCursorScale);
+    EXPECT_EQ(CursorScaleFor(std::nan("")), 1);
+    EXPECT_EQ(DrawCursorPicture(kCursorImageMove, 0).size(), QSize(32, 32));
+    EXPECT_EQ(DrawCursorPicture(kCursorImageMove, 99).size(), QSize(128, 128));
 }
 
 TEST(CursorPictures, NumbersWithoutAPictureGiveNone)

@@ -1,0 +1,287 @@
+#include "ui/main/cmain.h"
+
+#include <cstdio>
+#include <cstring>
+
+#include "doc/cdoc.h"
+#include "doc/globals.h"
+#include "platform/base/env.h"
+#include "platform/draw/bitmap_draw.h"
+#include "image/picture_import.h"
+#include "platform/file/paths.h"
+#include "platform/file/worker.h"
+#include "platform/ini/settings.h"
+#include "platform/wnd/cursor.h"
+#include "platform/wnd/messages.h"
+#include "platform/util/text.h"
+#include "platform/wnd/shell.h"
+#include "ui/editor_windows.h"
+#include "ui/main/edit_menu.h"
+#include "ui/main/editor_pictures.h"
+#include "ui/main/show_title.h"
+#include "ui/stage/cstage.h"
+#include "ui/timeline/ctime.h"
+#include "ui/viewer/cview.h"
+
+namespace {
+
+constexpr int kStartWidth = 640;
+constexpr int kStartHeight = 480;
+
+int EnabledFlag(bool enabled)
+{
+    return enabled ? 0 : kMenuItemDisabled;
+}
+
+}  // namespace
+
+MenuVariant CurrentMenuVariant()
+{
+    MenuVariant variant;
+    variant.standalone = pDoc ? pDoc->standalone != 0 : true;
+    variant.slatewhirl = pDoc ? pDoc->slatewhirl : false;
+    variant.getImageFromTimeline = gGetImageFromTimeline;
+    variant.canMultiProcess = gCanMultiProcess;
+    variant.hasHelpFile = gWin32;
+    return variant;
+}
+
+CMain::CMain(void* /*parent*/) : variant(CurrentMenuVariant())
+{
+    RegisterEditorPictures();
+    Create(nullptr, kMainWindowStyle);
+    SetWinRect(0, 0, kStartWidth, kStartHeight, false);
+    SetShowTitle(nullptr);
+
+    Menu.Create(this);
+    for (const MenuLine& line : MainMenuLines(variant)) {
+        if (line.command == kMenuTitle)
+            Menu.AddTopLevel(line.text, line.flags);
+        else
+            Menu.AddItem(line.command, line.text ? line.text : "", line.flags);
+    }
+
+    Show(2);
+    gMainWindowPtr = this;
+
+    stage = new CStage(this);
+    timeline = new CTime(this);
+    viewer = new CView(this);
+}
+
+CMain::~CMain()
+{
+    SaveIniFile();
+    delete stage;
+    delete timeline;
+    delete viewer;
+    Menu.RestoreOriginalMenu();
+    gMainWindowPtr = nullptr;
+}
+
+void CMain::SetShowTitle(const char* path)
+{
+    char title[kTitleSize];
+    MakeShowTitle(path, variant.slatewhirl ? gEnv.name : nullptr, title);
+    SetTitle(title);
+}
+
+void CMain::SetEditMenuOptions()
+{
+    if (!pDoc)
+        return;
+    EditMenuState state = EditMenuStateFor(pDoc->GetKeySelection(), pDoc->clipboard.HoldsKey(),
+                                           pDoc->undoCount, pDoc->redoCount);
+    Menu.SetState(kCmdCut, EnabledFlag(state.cut));
+    Menu.SetState(kCmdCopy, EnabledFlag(state.copy));
+    Menu.SetState(kCmdPaste, EnabledFlag(state.paste));
+    Menu.SetState(kCmdDelete, EnabledFlag(state.del));
+    Menu.SetState(kCmdUndo, EnabledFlag(state.undo));
+    Menu.SetState(kCmdRedo, EnabledFlag(state.redo));
+}
+
+void CMain::OnDraw()
+{
+    tagRECT client;
+    GetClientRect(client);
+    if (client.right <= client.left || client.bottom <= client.top)
+        return;
+    // Row by row from the top-left corner; the last row and column may be cut by the edges.
+    for (int y = client.top; y < client.bottom; y += kBackgroundTileSize) {
+        for (int x = client.left; x < client.right; x += kBackgroundTileSize)
+            DrawBitmap({x, y, x + kBackgroundTileSize, y + kBackgroundTileSize}, kBackgroundTile);
+    }
+    KeyStruct key{};
+    if (pStage)
+        key = pStage->currentKey;
+    else if (pDoc)
+        key = pDoc->currentCamera;
+    ShowStats(key);
+}
+
+void CMain::ShowStats(const KeyStruct& key)
+{
+    tagRECT client;
+    GetClientRect(client);
+    if (client.right <= client.left || client.bottom <= client.top || !GetDC(this))
+        return;
+    PanelSummary summary = pDoc ? SummaryOf(*pDoc) : PanelSummary{};
+    DrawKeyPanel(client, key, pStage ? pStage->scale : 1.0f, summary, variant.standalone);
+    if (!variant.standalone) {
+        int top = client.bottom - kPanelTopFromBottom;
+        button.SetPos({client.left + 57, top + 15, client.left + 75, top + 33});
+    }
+}
+
+void CMain::Quit(long code)
+{
+    PostAMessage(this, kMsgEndLoop, code, 0);
+    PostAMessage(this, kMsgCloseWindow, code, 0);
+}
+
+void CMain::StepToKey(PanelStep step)
+{
+    if (!pDoc)
+        return;
+    long frame = NeighbourKeyFrame(*pDoc, gCurFrame, step);
+    if (frame < 0) {
+        Sound(0);
+        return;
+    }
+    pDoc->GotoFrame(frame, true);
+    SetEditMenuOptions();
+    Redraw();
+}
+
+long CMain::HandleEvent(unsigned int msg, long wParam, long lParam)
+{
+    switch (msg) {
+    case kMsgResized:
+    case kMsgMoved:
+        if (pStage)
+            PostAMessage(pStage, msg, wParam, lParam);
+        if (pTime)
+            PostAMessage(pTime, msg, wParam, lParam);
+        return 0;
+    case kMsgPaint:
+        OnDraw();
+        return 1;
+    case kMsgClose:
+        // The save question for a modified show comes with the show commands.
+        Quit(0);
+        return 1;
+    case kMsgCloseWindow:
+        return 1;
+    case kMsgButtonDown: {
+        int x = PointParamX(lParam);
+        int y = PointParamY(lParam);
+        tagRECT client;
+        GetClientRect(client);
+        GetDC(this);
+        // The push button is placed and shown only in the hosted variant; the plus and minus
+        // marks only in the standalone one.
+        if (variant.standalone)
+            pressedStep = PanelStepAt(client, x, y);
+        else
+            button.Check(x, y, kButtonPressed);
+        return 1;
+    }
+    case kMsgButtonUp: {
+        int x = PointParamX(lParam);
+        int y = PointParamY(lParam);
+        tagRECT client;
+        GetClientRect(client);
+        GetDC(this);
+        bool onButton = button.GetState() == kButtonPressed && button.Check(x, y, kButtonNormal);
+        if (button.GetState() == kButtonPressed)
+            button.SetState(kButtonNormal);
+        PanelStep step = pressedStep;
+        pressedStep = PanelStep::kNone;
+        // Our choice for the panel's marks: plus goes to the next key of the picture, minus to
+        // the previous one, when the button comes up on the mark it went down on.
+        if (step != PanelStep::kNone && PanelStepAt(client, x, y) == step)
+            StepToKey(step);
+        // The push button shows only in the hosted variant, where it hands the moves back.
+        if (onButton && !variant.standalone)
+            Quit(0);
+        return 1;
+    }
+    case kMsgMouseMoved:
+        ChangeCursor(1);
+        return 1;
+    case kMsgShortcut:
+        if (wParam == 'q' || wParam == 'Q') {
+            Quit(0);
+            return 1;
+        }
+        return 0;
+    case kMsgCommand:
+        if (wParam == kCmdExit) {
+            Quit(0);
+            return 1;
+        }
+        if (wParam == kCmdQuitNoApply) {
+            Quit(1);
+            return 1;
+        }
+        return 0;
+    default:
+        return CPWnd::HandleEvent(msg, wParam, lParam);
+    }
+}
+
+namespace {
+
+// Without an "AltImageFolder" setting, pictures that are not where the show says are looked for
+// beside the show, so a show travels with its pictures.
+void LookForPicturesBeside(const FSpec& show)
+{
+    char setting[kTextSetting] = {};
+    GetIniString("AltImageFolder", "", setting, kTextSetting - 1);
+    if (setting[0] != 0)
+        return;
+    char folder[kMaxPathLength + 1] = {};
+    if (!GetFSpecPath(&show, folder))
+        return;
+    StripFileName(folder);
+    std::strncpy(pDoc->altImageFolder, folder, kTextSetting - 1);
+    pDoc->altImageFolder[kTextSetting - 1] = 0;
+}
+
+}  // namespace
+
+bool OpenDocumentFile(FSpec* spec, bool flag)
+{
+    if (!spec || !pDoc)
+        return false;
+    char keptFolder[kTextSetting];
+    std::memcpy(keptFolder, pDoc->altImageFolder, sizeof keptFolder);
+    LookForPicturesBeside(*spec);
+    if (pDoc->OpenShowFile(spec, flag) != ShowFileResult::kOpened) {
+        std::memcpy(pDoc->altImageFolder, keptFolder, sizeof keptFolder);
+        return false;
+    }
+    pDoc->showFile.Set(*spec);
+    if (pTime)
+        pTime->SetMaxTime(pDoc->showLength);
+    if (pMain) {
+        pMain->SetShowTitle(pDoc->showFile.path);
+        pMain->SetEditMenuOptions();
+        pMain->Redraw();
+    }
+    if (pStage)
+        pStage->Redraw();
+    if (pTime)
+        pTime->Redraw();
+    if (pViewer)
+        pViewer->Redraw();
+    return true;
+}
+
+void dbg(long a, long b, long c)
+{
+    char text[96];
+    std::snprintf(text, sizeof text, "%ld %ld %ld", a, b, c);
+    if (pViewer)
+        pViewer->SetTitle(text);
+}

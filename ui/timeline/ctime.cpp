@@ -1,0 +1,98 @@
+#include "ui/timeline/ctime.h"
+
+#include <algorithm>
+
+#include "doc/cdoc.h"
+#include "doc/globals.h"
+#include "platform/draw/draw_shapes.h"
+#include "platform/ini/settings.h"
+#include "platform/wnd/messages.h"
+#include "ui/editor_windows.h"
+#include "ui/stage/cstage.h"
+
+namespace {
+
+constexpr long kTimelineStyle = kStyleHorizontalBar;
+constexpr long kTimelineGround = 0xFFFFFF;
+
+}  // namespace
+
+tagRECT TimelineWindowRect(const tagRECT& parent, int captionHeight, int menuHeight)
+{
+    tagRECT stage = StageWindowRect(parent, captionHeight, menuHeight);
+    tagRECT rect;
+    rect.left = parent.left + kTimelinePanelRoom;
+    rect.top = stage.bottom + 2;
+    rect.right = std::max(stage.right, rect.left + 1);
+    rect.bottom = rect.top + kTimelineHeight;
+    return rect;
+}
+
+CTime::CTime(CPWnd* owner) : parent(owner)
+{
+    scale = static_cast<int>(GetIniItem("TimeScale", FramesPerSecond()));
+    if (!Create(owner, kTimelineStyle))
+        return;
+    SetMaxTime(pDoc ? pDoc->showLength : 0);
+    Show(1);
+    pTime = this;
+}
+
+CTime::~CTime()
+{
+    if (pTime == this)
+        pTime = nullptr;
+}
+
+long CTime::ToPix(long frame) const
+{
+    return frame * 60 / std::max(scale, 1) + kTimelineAxisStart;
+}
+
+long CTime::FromPix(long x) const
+{
+    return std::max((x - kTimelineAxisStart) * scale / 60, 0L);
+}
+
+void CTime::SetMaxTime(long length)
+{
+    long fps = FramesPerSecond();
+    scale = length < 3 * fps ? 5 : length < 8 * fps ? 10 : static_cast<int>(fps);
+    scale = std::max(scale, 1);
+    extent = static_cast<int>(std::min(length * 60 / scale + kTimelineAxisStart,
+                                       static_cast<long>(kLargestTimelineExtent)));
+    HandleEvent(kMsgMoved, 0, 0);
+}
+
+void CTime::Layout()
+{
+    if (parent) {
+        tagRECT outer;
+        parent->GetWinRect(outer);
+        SetWinRect(TimelineWindowRect(outer, parent->GetCaptionSize(), parent->GetMenuSize()),
+                   true);
+    }
+    SetViewScrollRange(extent, 0);
+}
+
+long CTime::HandleEvent(unsigned int msg, long wParam, long lParam)
+{
+    switch (msg) {
+    case kMsgResized:
+    case kMsgMoved:
+        Layout();
+        return 0;
+    case kMsgPaint:
+        OnDraw();
+        return 1;
+    default:
+        return CPWnd::HandleEvent(msg, wParam, lParam);
+    }
+}
+
+void CTime::OnDraw()
+{
+    tagRECT client;
+    GetClientRect(client);
+    DrawBar(kTimelineGround, client);
+}
