@@ -25,8 +25,7 @@ constexpr int kProgramKind = 101;
 // command line, which opens no window, runs only the parts of it that work without one, in the
 // same order: the name, the worker task, the settings. Then the movie services start and the
 // document is made (it reads its settings, and runs as its own application, not hosted),
-// stored in pDoc, with a show length of
-// (gFrameRate * 60 / 100) * 5 frames. Answers the document.
+// stored in pDoc, with a show length of (gFrameRate * 60 / 100) * 5 frames. Answers the document.
 CDoc* StartProgram(ProgramFront front, void* instance = nullptr);
 
 // Stops what StartProgram started: deletes the document (pDoc becomes null), closes the
