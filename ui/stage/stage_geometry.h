@@ -1,6 +1,6 @@
 #pragma once
 // The camera frame as the stage draws and grabs it: where its centre, corners and handle fall in
-// window pixels, which part of it a point hits, and how a drag or a key changes the key.
+// window pixels, and which part of it a point hits.
 //
 // Coordinates: window pixels are the stage's content pixels (mouse points); picture pixels are
 // the key's XPos, YPos and Width. One mapping serves drawing, hit tests and key markers:
@@ -58,32 +58,3 @@ int StageHit(const StageFrame& frame, int x, int y, long flags);
 
 // A key marker (a key's centre in window pixels) within 7 pixels of (x, y) on both axes.
 bool NearMarker(const KeyStruct& key, const StageView& view, int x, int y);
-
-// A drag from its press: the anchor is the press point less the frame's scaled centre (for a
-// rotation or tilt, less twice the angle, so the first movement continues from it).
-struct StageDrag {
-    int mode = kHitNone;
-    int anchorX = 0;
-    int anchorY = 0;
-    int startX = 0;  // trunc(scale x XPos), trunc(scale x YPos) at the press
-    int startY = 0;
-};
-
-StageDrag StartDrag(const KeyStruct& key, float scale, int mode, int x, int y, long flags);
-
-// One mouse movement of a drag applied to the key. `centre` is the frame's centre in window
-// pixels (the resize measures from it).
-void DragKey(KeyStruct& key, const StageDrag& drag, float scale, const tagPOINT& centre, int x,
-             int y, long flags);
-
-// What a key press does on the stage.
-enum class StageKeyResult {
-    kChanged,  // the key changed: repaint
-    kIgnored,  // taken and dropped
-    kPassOn,   // for the main window (menu shortcuts)
-};
-
-// The arrow, page and Home keys, plain or with Option, on a picture of pictureWidth by
-// pictureHeight.
-StageKeyResult StageKey(KeyStruct& key, long code, bool option, int pictureWidth,
-                        int pictureHeight, float aspect);
