@@ -21,7 +21,7 @@ namespace {
 
 constexpr long kStageStyle = 99;  // a child with both scroll bars
 constexpr int kScrollStep = 60;   // pixels a wheel notch scrolls
-constexpr long kUnderStroke = 65535;  // the light stroke under the black one
+constexpr long kUnderStroke = 0xFFFFFF;  // white under the black stroke
 constexpr long kBlack = 0;
 constexpr long kPathColour = 0xFFFFFF;
 constexpr int kHandleRadius = 4;

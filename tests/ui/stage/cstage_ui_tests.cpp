@@ -210,10 +210,9 @@ TEST_F(Stage, PaintingShowsThePictureCentredAndTheFrameInBlack)
     StageFrame f = Frame();
     DrawPort* port = pStage->GetPort();
     ASSERT_NE(port, nullptr);
-    // The black middle of the cross, the light under-stroke beside its arm (colour 65535: red
-    // and green full).
+    // The black middle of the cross, the white under-stroke beside its arm.
     EXPECT_EQ(port->PixelAt(f.centre.x, f.centre.y) & 0xFFFFFFu, 0u);
-    EXPECT_EQ(port->PixelAt(f.centre.x + 2, f.centre.y - 1) & 0xFFFFFFu, 0xFFFF00u);
+    EXPECT_EQ(port->PixelAt(f.centre.x + 2, f.centre.y - 1) & 0xFFFFFFu, 0xFFFFFFu);
 }
 
 TEST_F(Stage, RubberFrameDrawnTwiceLeavesEveryPixelAsItWas)
