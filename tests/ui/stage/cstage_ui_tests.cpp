@@ -186,6 +186,22 @@ TEST_F(Stage, KeysChangeTheCurrentKeyAndHomeGoesOnPlain)
     EXPECT_FLOAT_EQ(pStage->currentKey.XPos, before.XPos + 1.0f);
 }
 
+TEST_F(Stage, OptionArrowAndOptionHomeFromRealKeys)
+{
+    Start();
+    QWidget* content = Content(pStage);
+    float width = pStage->currentKey.Width;
+    SendKey(content, QEvent::KeyPress, Qt::Key_Left, Qt::AltModifier);
+    SendKey(content, QEvent::KeyRelease, Qt::Key_Left, Qt::AltModifier);
+    ProcessEvents();
+    EXPECT_FLOAT_EQ(pStage->currentKey.XPos, width / 2.0f);
+    SendKey(content, QEvent::KeyPress, Qt::Key_Home, Qt::AltModifier);
+    SendKey(content, QEvent::KeyRelease, Qt::Key_Home, Qt::AltModifier);
+    ProcessEvents();
+    EXPECT_FLOAT_EQ(pStage->currentKey.XPos, static_cast<float>(pDoc->image.GetWid()) / 2.0f);
+    EXPECT_FLOAT_EQ(pStage->currentKey.YPos, static_cast<float>(pDoc->image.GetHgt()) / 2.0f);
+}
+
 TEST_F(Stage, WheelScrollsSixtyPixelsANotch)
 {
     Start();
