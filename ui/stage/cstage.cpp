@@ -186,8 +186,11 @@ void CStage::Press(int x, int y, long flags)
     DrawCamera(true);
     int mode = MouseCheck(x, y, static_cast<int>(flags));
     drag = StageDrag{};
-    if (mode == kHitNone)
+    if (mode == kHitNone) {
+        // A press beside the frame starts nothing: the frame goes back as it was drawn.
+        DrawCamera(true);
         return;
+    }
     drag = StartDrag(currentKey, scale, mode, x, y, flags);
 }
 
@@ -239,7 +242,7 @@ void CStage::DoubleClick(int x, int y)
     Redraw();
 }
 
-long CStage::Key(long code)
+long CStage::Key(unsigned int msg, long code, long lParam)
 {
     int width = pDoc ? pDoc->image.GetWid() : 0;
     int height = pDoc ? pDoc->image.GetHgt() : 0;
@@ -252,7 +255,7 @@ long CStage::Key(long code)
         return 1;
     case StageKeyResult::kPassOn:
     default:
-        return pMain ? pMain->HandleEvent(kMsgKeyDown, code, 0) : 0;
+        return pMain ? pMain->HandleEvent(msg, code, lParam) : 0;
     }
 }
 
@@ -282,9 +285,7 @@ long CStage::HandleEvent(unsigned int msg, long wParam, long lParam)
         return 1;
     case kMsgShortcut:
     case kMsgKeyDown:
-        if (msg == kMsgShortcut && pMain)
-            return pMain->HandleEvent(msg, wParam, lParam);
-        return Key(wParam);
+        return Key(msg, wParam, lParam);
     case kMsgWheelVertical:
         ScrollControl(kScrollBarVertical, wParam * kScrollStep);
         return 1;

@@ -58,7 +58,8 @@ private:
     void Release(int x, int y);
     void Hover(int x, int y, long flags);
     void DoubleClick(int x, int y);
-    long Key(long code);
+    // The keys table; keys the stage does not use go on to the main window as they came.
+    long Key(unsigned int msg, long code, long lParam);
     // The first key of the current picture whose marker lies within reach of (x, y), or -1.
     int MarkerAt(int x, int y) const;
     // The key panel shows the current key; the viewer draws it again.

@@ -142,6 +142,24 @@ TEST_F(Stage, PressOffTheFrameStartsNothing)
     EXPECT_EQ(pDoc->GetKeyCount(0), keys);
 }
 
+TEST_F(Stage, PressBesideTheFrameLeavesTheDrawingAsItWas)
+{
+    Start();
+    pStage->HandleEvent(kMsgPaint, 0, 0);
+    DrawPort* port = pStage->GetPort();
+    ASSERT_NE(port, nullptr);
+    StageFrame f = Frame();
+    auto sample = [&] {
+        std::string pixels;
+        for (int x = f.corner[0].x - 4; x <= f.corner[1].x + 4; ++x)
+            pixels += std::to_string(port->PixelAt(x, f.corner[0].y)) + ",";
+        return pixels;
+    };
+    std::string before = sample();
+    Send(kMsgButtonDown, 0, f.centre.x, f.centre.y - f.hh - 20);
+    EXPECT_EQ(sample(), before);
+}
+
 TEST_F(Stage, EditEndedAndDoubleClickCancelTheDrag)
 {
     Start();
@@ -184,6 +202,9 @@ TEST_F(Stage, KeysChangeTheCurrentKeyAndHomeGoesOnPlain)
     EXPECT_EQ(pStage->HandleEvent(kMsgKeyDown, 1024, 0), 1);
     pStage->HandleEvent(kMsgKeyDown, kCharHome, 0);
     EXPECT_FLOAT_EQ(pStage->currentKey.XPos, before.XPos + 1.0f);
+    // A key that comes as a shortcut goes through the same table.
+    pStage->HandleEvent(kMsgShortcut, kCharUp, kShortcutMark);
+    EXPECT_FLOAT_EQ(pStage->currentKey.YPos, before.YPos - 1.0f);
 }
 
 TEST_F(Stage, OptionArrowAndOptionHomeFromRealKeys)
