@@ -96,3 +96,9 @@ void CTime::OnDraw()
     GetClientRect(client);
     DrawBar(kTimelineGround, client);
 }
+
+bool CTime::EditKey(KeyStruct& /*key*/, int /*x*/, int /*y*/)
+{
+    // The key editor dialog comes with the time line's editing; until then nothing is changed.
+    return false;
+}

@@ -6,6 +6,7 @@
 //   time line pixels    x = frame x 60 / scale + 4 from the axis start; the content shows them
 //                       from the horizontal scroll position on
 
+#include "doc/key.h"
 #include "platform/base/types.h"
 #include "platform/wnd/cpwnd.h"
 
@@ -31,6 +32,9 @@ public:
     long FromPix(long x) const;
     // Chooses the scale for a show of `length` frames and the scrollable extent.
     void SetMaxTime(long length);
+    // The key editor for `key`, placed at (x, y) in the stage's window pixels; true when the user
+    // accepted the changes into `key`.
+    bool EditKey(KeyStruct& key, int x, int y);
 
     int scale = 30;  // frames per 60 pixels
     int extent = 0;  // scrollable width in pixels
