@@ -9,7 +9,7 @@
 #include "platform/draw/bitmap_draw.h"
 #include "image/picture_import.h"
 #include "platform/file/paths.h"
-#include "platform/file/worker.h"
+#include "platform/task/worker.h"
 #include "platform/ini/settings.h"
 #include "platform/wnd/cursor.h"
 #include "platform/wnd/messages.h"

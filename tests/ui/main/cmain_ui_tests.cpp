@@ -13,7 +13,7 @@
 #include "doc/globals.h"
 #include "platform/draw/draw_port.h"
 #include "platform/file/paths.h"
-#include "platform/file/worker.h"
+#include "platform/task/worker.h"
 #include "platform/ini/settings.h"
 #include "platform/wnd/messages.h"
 #include "platform/wnd/shell.h"

@@ -24,7 +24,7 @@
 #include "platform/file/paths.h"
 #include "platform/ini/settings.h"
 #include "platform/wnd/shell.h"
-#include "platform/wnd/window_widgets.h"
+#include "platform/wnd/window_widgets_qt.h"
 #include "ui/editor_windows.h"
 #include "ui/main/cmain.h"
 #include "ui/main/doc_link.h"
