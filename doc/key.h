@@ -7,7 +7,8 @@
 struct KeyStruct {
     float XPos;       // camera centre, picture pixels
     float Spare1;     // first key of the first picture: the show file's version stamp
-    float YPos;       // camera centre, picture pixels
+    float YPos;       // camera centre, picture pixels counted down from the top row (the
+                      // picture is stored bottom row first: storage row = height - YPos)
     float Width;      // camera frame width, picture pixels (height follows from the aspect)
     float VertExtra;  // carried, and rescaled vertically by RescaleMoves; never interpolated
     float Rot2;       // second rotation value, handed to the camera filter

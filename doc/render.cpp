@@ -85,6 +85,9 @@ bool CDoc::FilterCamera(CDIB* out, int pic, long frame, bool secondField, int qu
     QueueKey(&camera, pic, frame, secondField ? 1 : 0);
     float sourceHeight = static_cast<float>(image.GetHgt());
     float left = camera.XPos - camera.Width / 2;
+    // The key's centre counts picture rows down from the top; the filter's window counts storage
+    // rows up from the bottom. Its first storage row is the flipped centre (height - YPos) less
+    // half the frame's height: the window's bottom edge on the picture.
     float top = sourceHeight - camera.YPos - aspect * camera.Width / 2;
     float height = aspect * camera.Width;
     return out->FilterCropMulti(&image, left, top, camera.Width, height, camera.Rotation,
