@@ -79,6 +79,11 @@ bool FileReplacement::Begin()
         Fail("No file named", 0);
         return false;
     }
+    struct stat existing;
+    if (stat(target_.c_str(), &existing) == 0 && !S_ISREG(existing.st_mode)) {
+        Fail((target_ + " is not a plain file").c_str(), S_ISDIR(existing.st_mode) ? EISDIR : 0);
+        return false;
+    }
     std::string folder = FolderOf(target_);
     std::string suffix = ".partial-" + std::to_string(static_cast<long>(getpid())) + "-";
     for (int attempt = 0; attempt < kNameAttempts; ++attempt) {
