@@ -561,6 +561,10 @@ OpenResult OpenWriterAs(const FFWriteRequest& request, const AVOutputFormat* con
         // 10000 until it is not, and 2997 would be stored as 11988.
         mWriteTrack->time_base = AVRational { 1, static_cast<int>(request.timeScale) };
         av_dict_set_int(&muxing, "video_track_timescale", request.timeScale, 0);
+        // The movie header counts in the same units, so its duration is exact (in thousandths of
+        // a second, 12 frames at 29.97 would read 0.401 s): movies rendered in chunks and joined
+        // end to end then meet without a gap.
+        av_dict_set_int(&muxing, "movie_timescale", request.timeScale, 0);
         // Motion JPEG A is the QuickTime name for these frames; the muxer would say Photo JPEG.
         if (std::strcmp(container->name, "mov") == 0 && mWriteType == "mjpa")
             mWriteTrack->codecpar->codec_tag = MKTAG('m', 'j', 'p', 'a');
