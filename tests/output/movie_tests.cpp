@@ -873,3 +873,18 @@ TEST_F(MovieLayer, MissingMovieFailsToOpenWithAReason)
 }
 
 } // namespace
+
+namespace {
+
+TEST(MovieCodecChoice, WritableCodecsFollowWhatFFmpegSaysTheContainerHolds)
+{
+    if (!IsCodecAvailable("apcn") || !IsCodecAvailable("rle"))
+        GTEST_SKIP() << "this FFmpeg lacks a ProRes or Animation encoder";
+    EXPECT_TRUE(IsCodecWritableIn("apcn", "movie.mov"));
+    EXPECT_FALSE(IsCodecWritableIn("apcn", "movie.avi"));
+    EXPECT_FALSE(IsCodecWritableIn("rle", "movie.mp4"));
+    EXPECT_TRUE(IsCodecWritableIn("png", "movie.avi"));
+    EXPECT_FALSE(IsCodecWritableIn("zzzz", "movie.mov"));
+}
+
+}  // namespace
