@@ -580,7 +580,7 @@ OpenResult OpenWriterAs(const FFWriteRequest& request, const AVOutputFormat* con
         mWriteReplacement = std::make_unique<FileReplacement>(mWritePath);
         if (!mWriteReplacement->Begin()) {
             av_dict_free(&muxing);
-            SetError("Cannot create " + mWritePath + ": " + mWriteReplacement->Error());
+            SetError(mWriteReplacement->Error());
             return OpenResult::kFailed;
         }
         result = avio_open(&mWriteMovie->pb, mWriteReplacement->TemporaryPath().c_str(), AVIO_FLAG_WRITE);
@@ -761,7 +761,7 @@ bool FFCloseMovieWriter()
             stored = false;
         int result = av_write_trailer(mWriteMovie);
         if (result < 0) {
-            SetError("Cannot finish the movie " + mWritePath, result);
+            SetError("Cannot finish the movie", result);
             stored = false;
         }
         // Every byte must have reached the file before it takes the movie's name.

@@ -62,7 +62,8 @@ void FileReplacement::Fail(const char* what, int code)
     failed_ = true;
     error_ = what;
     if (code != 0) {
-        error_ += ": ";
+        if (!error_.empty())
+            error_ += ": ";
         error_ += std::strerror(code);
     }
     tLastError = error_;
@@ -76,12 +77,12 @@ bool FileReplacement::Begin()
     error_.clear();
     std::string leaf = LeafOf(target_);
     if (target_.empty() || leaf.empty()) {
-        Fail("No file named", 0);
+        Fail("no file named", 0);
         return false;
     }
     struct stat existing;
     if (stat(target_.c_str(), &existing) == 0 && !S_ISREG(existing.st_mode)) {
-        Fail((target_ + " is not a plain file").c_str(), S_ISDIR(existing.st_mode) ? EISDIR : 0);
+        Fail("not a plain file", S_ISDIR(existing.st_mode) ? EISDIR : 0);
         return false;
     }
     std::string folder = FolderOf(target_);
@@ -98,11 +99,11 @@ bool FileReplacement::Begin()
             return true;
         }
         if (errno != EEXIST) {
-            Fail(("Cannot create a file in " + folder).c_str(), errno);
+            Fail(("cannot create a file in " + folder).c_str(), errno);
             return false;
         }
     }
-    Fail(("Cannot create a file in " + folder).c_str(), EEXIST);
+    Fail(("cannot create a file in " + folder).c_str(), EEXIST);
     return false;
 }
 
@@ -110,7 +111,7 @@ bool FileReplacement::Write(const void* bytes, size_t count)
 {
     if (descriptor_ < 0 || failed_) {
         if (!failed_)
-            Fail("Nothing is being written", 0);
+            Fail("nothing is being written", 0);
         return false;
     }
     const char* next = static_cast<const char*>(bytes);
@@ -120,7 +121,7 @@ bool FileReplacement::Write(const void* bytes, size_t count)
             continue;
         if (put <= 0) {
             // A write that takes nothing without an error is a full disk all the same.
-            Fail(("Cannot write " + target_).c_str(), put < 0 ? errno : ENOSPC);
+            Fail("", put < 0 ? errno : ENOSPC);
             return false;
         }
         next += put;
@@ -133,24 +134,24 @@ bool FileReplacement::Commit()
 {
     if (descriptor_ < 0 || failed_) {
         if (!failed_)
-            Fail("Nothing is being written", 0);
+            Fail("nothing is being written", 0);
         Abandon();
         return false;
     }
     if (fsync(descriptor_) != 0) {
-        Fail(("Cannot write " + target_).c_str(), errno);
+        Fail("", errno);
         Abandon();
         return false;
     }
     int descriptor = descriptor_;
     descriptor_ = -1;
     if (close(descriptor) != 0) {
-        Fail(("Cannot write " + target_).c_str(), errno);
+        Fail("", errno);
         Abandon();
         return false;
     }
     if (std::rename(temporary_.c_str(), target_.c_str()) != 0) {
-        Fail(("Cannot put the new file in place of " + target_).c_str(), errno);
+        Fail(("cannot put the new file in place of " + target_).c_str(), errno);
         Abandon();
         return false;
     }
@@ -175,7 +176,7 @@ void FileReplacement::Abandon()
 
 void FileReplacement::FailWriting(int code)
 {
-    Fail(("Cannot write " + target_).c_str(), code);
+    Fail("", code);
     Abandon();
 }
 

@@ -38,7 +38,8 @@ public:
     const std::string& Target() const { return target_; }
     // The temporary file's path; "" before Begin.
     const std::string& TemporaryPath() const { return temporary_; }
-    // Why the last step failed ("No space left on device"); "" when nothing failed.
+    // Why the last step failed, for the caller to put after the file's name: "No space left on
+    // device", "cannot create a file in /movies: Read-only file system"; "" when nothing failed.
     const std::string& Error() const { return error_; }
 
 private:

@@ -206,9 +206,11 @@ TEST(Program, TermWhileMakingAFirstMovieLeavesAPlayableOne)
 {
     pxtest::TempDir dir;
     std::string out = dir.File("first.mp4");
-    Program render(dir, {"--render", Demo(), "-o", out, "--size", "320x240", "--quiet"});
-    ASSERT_TRUE(WaitForPartialMovie(dir.Path(), 1));
-    std::this_thread::sleep_for(std::chrono::milliseconds(300));
+    Program render(dir, {"--render", Demo(), "-o", out, "--size", "320x240", "--progress", "json"});
+    // H.264 keeps frames in its look-ahead: wait until the render says frames are made.
+    Clock::time_point until = Clock::now() + std::chrono::seconds(60);
+    while (render.Said().find("{\"frame\":") == std::string::npos && Clock::now() < until)
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
     render.Signal(SIGTERM);
     ASSERT_EQ(render.Wait(), 143) << render.Said();
     EXPECT_GT(pxtest::MovieFrames(out), 0);
