@@ -80,9 +80,13 @@ bool FileReplacement::Begin()
         Fail("no file named", 0);
         return false;
     }
+    // A folder cannot be replaced by a file, and a device must never be (a movie renamed over
+    // /dev/null by root would take its place). A pipe or a socket in the file's place is only a
+    // name and is replaced like a file.
     struct stat existing;
-    if (stat(target_.c_str(), &existing) == 0 && !S_ISREG(existing.st_mode)) {
-        Fail("not a plain file", S_ISDIR(existing.st_mode) ? EISDIR : 0);
+    if (stat(target_.c_str(), &existing) == 0 &&
+        (S_ISDIR(existing.st_mode) || S_ISCHR(existing.st_mode) || S_ISBLK(existing.st_mode))) {
+        Fail(S_ISDIR(existing.st_mode) ? "a folder has that name" : "a device has that name", 0);
         return false;
     }
     std::string folder = FolderOf(target_);

@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include <sys/stat.h>
+
 #include "platform/base/replace_file.h"
 #include "support/file_size_limit.h"
 #include "support/small_disk.h"
@@ -131,6 +133,20 @@ TEST(FileReplacement, AbandonedOrDroppedReplacementLeavesTheTargetAlone)
     EXPECT_FALSE(abandoned.Commit());
     EXPECT_EQ(pxtest::ReadText(path), "kept");
     EXPECT_TRUE(Others(dir.Path(), "still.bmp").empty());
+}
+
+TEST(ReplaceFile, FolderOrDeviceOfThatNameIsRefusedAndAPipeIsReplaced)
+{
+    pxtest::TempDir dir;
+    std::string error;
+    std::filesystem::create_directory(dir.File("folder"));
+    EXPECT_FALSE(ReplaceFile(dir.File("folder"), "x", 1, &error));
+    EXPECT_EQ(error, "a folder has that name");
+    EXPECT_FALSE(ReplaceFile("/dev/null", "x", 1, &error));
+    EXPECT_EQ(error, "a device has that name");
+    ASSERT_EQ(mkfifo(dir.File("pipe").c_str(), 0666), 0);
+    ASSERT_TRUE(ReplaceFile(dir.File("pipe"), "x", 1, &error)) << error;
+    EXPECT_TRUE(std::filesystem::is_regular_file(dir.File("pipe")));
 }
 
 }  // namespace
