@@ -5,8 +5,10 @@
 #include <vector>
 
 #include "app/cli/command_line.h"
+#include "app/cli/message_text.h"
 #include "app/cli/render_command.h"
 #include "app/start/editor_start.h"
+#include "app/cli/stop_signals.h"
 
 int main(int argc, char** argv)
 {
@@ -16,12 +18,15 @@ int main(int argc, char** argv)
     case CommandKind::kHelp:
         std::fputs(UsageText(), stdout);
         return kExitMade;
+    case CommandKind::kVersion:
+        std::fputs(VersionText().c_str(), stdout);
+        return kExitMade;
     case CommandKind::kUsageError:
-        std::fprintf(stderr, "parallaxotron: %s\n\n%s", line.error.c_str(), UsageText());
+        std::fprintf(stderr, "parallaxotron: %s (see parallaxotron --help)\n", PrintableText(line.error).c_str());
         return kExitUsage;
     case CommandKind::kRender:
     case CommandKind::kStill:
-        WatchForInterrupt();
+        WatchForStopSignals();
         return RunRenderCommand(line, stderr);
     case CommandKind::kEditor:
         return RunEditor(argv[0], line.show.c_str());

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "doc/cdoc.h"
+#include "platform/base/replace_file.h"
 #include "platform/file/cpfile.h"
 #include "platform/file/paths.h"
 
@@ -59,18 +60,7 @@ bool CDoc::WriteShowFile(const FSpec* file)
     bool wasDirty = dirty;
     long length = SaveShow(&where, bytes.get());
 
-    std::string partial = path + ".saving";
-    std::remove(partial.c_str());
-    FSpec partialSpec = PathFSpec(partial.c_str());
-    CPFile out;
-    bool written = out.Open(&partialSpec, kFileWrite);
-    if (written) {
-        out.Write(bytes.get(), length);
-        written = out.GetFileLength() == length;
-        out.Close();
-    }
-    if (!written || std::rename(partial.c_str(), path.c_str()) != 0) {
-        std::remove(partial.c_str());
+    if (!ReplaceFile(path, bytes.get(), static_cast<size_t>(length))) {
         dirty = wasDirty;
         return false;
     }

@@ -5,9 +5,12 @@
 
 #include "image/cdib.h"
 #include "image/picture_read.h"
+#include "platform/base/file_types.h"
+#include "platform/base/replace_file.h"
 #include "platform/dialog/message_box.h"
 #include "platform/file/cpfile.h"
 #include "platform/file/endian.h"
+#include "platform/file/paths.h"
 
 namespace
 {
@@ -109,22 +112,30 @@ bool CDIB::Save(FSpec* file, int format)
     // The name wins over the format asked for.
     if (NamesTarga(file->name))
         format = kSaveTarga;
+    // Written whole beside the old file and put in its place only when complete: a full disk or
+    // a stopped program never leaves a cut picture, nor the tail of a longer older one.
+    char path[kMaxPathLength + 1] = {};
+    FileReplacement replacement(GetFSpecPath(file, path) ? path : "");
     CPFile out;
-    if (format == kSaveTarga) {
-        // Typed before opening: a new file gets its type and creator when it is made.
-        out.SetFileType(1);
-        out.SetCreatorType(1);
-    }
-    if (!out.Open(file, kFileWrite)) {
+    FSpec partial {};
+    if (replacement.Begin())
+        partial = PathFSpec(replacement.TemporaryPath().c_str());
+    if (partial.name[0] == '\0' || !out.Open(&partial, kFileWrite)) {
         ErrorBox("Error opening graphics file", kNoErrorNumber);
         return false;
     }
-    if (!Save(&out, format)) {
-        out.Close();
+    if (format == kSaveTarga)
+        SetFileTypeAndCreator(partial.name, "TPIC", "ogle");
+    bool written = Save(&out, format);
+    int writeError = out.WriteError();
+    out.Close();
+    if (writeError != 0)
+        replacement.FailWriting(writeError);
+    if (!written || writeError != 0 || !replacement.Commit()) {
+        replacement.Abandon();
         // The loader's wording, for saving as well.
         ErrorBox("Error loading graphics file", kNoErrorNumber);
         return false;
     }
-    out.Close();
     return true;
 }

@@ -23,8 +23,11 @@ extern "C" {
 #include <cstdio>
 #include <cstring>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <vector>
+
+#include "platform/base/replace_file.h"
 
 namespace
 {
@@ -166,8 +169,8 @@ bool HalvesChroma(AVPixelFormat format)
 }
 
 // The pixel format the encoder gets. Codecs that can hold alpha get a format with alpha only
-// when the movie keeps it. H.264 in 4:2:0 needs even sides, so odd sizes go to 4:4:4, which
-// libx264 takes at any size. ProRes 4:2:2 spoils the last column of an odd width, so odd widths
+// when the movie keeps it. H.264 is always 4:2:0, the one form that browsers, phones and
+// hardware players all decode; its frames are made even by the writer (see EncodedSide). ProRes 4:2:2 spoils the last column of an odd width, so odd widths
 // are written as ProRes 4444. Raw frames in AVI are the DIB's blue-first order; QuickTime's raw
 // frames are alpha/red first.
 AVPixelFormat PickPixelFormat(const AVCodec* codec, const char* type, bool keepAlpha, int width, int height,
@@ -177,10 +180,7 @@ AVPixelFormat PickPixelFormat(const AVCodec* codec, const char* type, bool keepA
     std::vector<AVPixelFormat> wanted;
     std::string code(type, 4);
     if (code == "avc1") {
-        if (odd)
-            wanted = { AV_PIX_FMT_YUV444P };
-        wanted.push_back(AV_PIX_FMT_YUV420P);
-        wanted.push_back(AV_PIX_FMT_NV12);
+        wanted = { AV_PIX_FMT_YUV420P, AV_PIX_FMT_NV12 };
     } else if (code == "apcn") {
         if ((width % 2) != 0)
             wanted = { AV_PIX_FMT_YUV444P10LE };
@@ -203,8 +203,6 @@ AVPixelFormat PickPixelFormat(const AVCodec* codec, const char* type, bool keepA
                                : std::vector<AVPixelFormat> { AV_PIX_FMT_RGB24, AV_PIX_FMT_ARGB };
     }
     for (AVPixelFormat format : wanted) {
-        if (odd && code == "avc1" && HalvesChroma(format))
-            continue;
         if (Supports(codec, format))
             return format;
     }
@@ -359,8 +357,54 @@ const char* const kFallbackOrder[] = { "avc1", "mjpa", "png ", "raw ", "apcn", "
 
 bool ContainerTakes(const AVOutputFormat* container, AVCodecID id)
 {
-    // 1 yes, 0 no, below 0 the muxer cannot tell: then it is tried.
+    // 1 yes, 0 no, below 0 the muxer cannot tell: then it is tried. The strictness is the one
+    // FFmpeg's own command line works with.
     return avformat_query_codec(container, id, FF_COMPLIANCE_NORMAL) != 0;
+}
+
+// H.264 in 4:2:0 codes whole pairs of pixels each way (its cropping too), so an odd side is
+// padded by one: the picture keeps every pixel and its last column or row is repeated.
+int EncodedSide(const char* type, int side)
+{
+    return std::strncmp(type, "avc1", 4) == 0 ? side + (side % 2) : side;
+}
+
+// The container for the path: by extension, a QuickTime movie when FFmpeg knows no muxer for it.
+const AVOutputFormat* ContainerFor(const char* path)
+{
+    const AVOutputFormat* container = av_guess_format(nullptr, path, nullptr);
+    if (container == nullptr || (container->flags & AVFMT_NOFILE) != 0
+        || container->video_codec == AV_CODEC_ID_NONE)
+        container = av_guess_format("mov", nullptr, nullptr);
+    return container;
+}
+
+// "ProRes 422 (apcn)", for messages.
+std::string CodecTitle(const char* type)
+{
+    static const struct {
+        const char* type;
+        const char* name;
+    } kTitles[] = { { "avc1", "H.264" }, { "apcn", "ProRes 422" }, { "mjpa", "Motion JPEG" },
+        { "png ", "PNG" }, { "rle ", "Animation" }, { "raw ", "uncompressed" } };
+    std::string code(type, strnlen(type, 4));
+    for (const auto& title : kTitles) {
+        if (std::strncmp(title.type, type, 4) == 0) {
+            while (!code.empty() && code.back() == ' ')
+                code.pop_back();
+            return std::string(title.name) + " (" + code + ")";
+        }
+    }
+    return code;
+}
+
+void (*mNoticeHook)(const char*, void*) = nullptr;
+void* mNoticeContext = nullptr;
+
+void Notice(const std::string& text)
+{
+    if (mNoticeHook != nullptr)
+        mNoticeHook(text.c_str(), mNoticeContext);
 }
 
 } // namespace
@@ -403,10 +447,14 @@ AVFrame* mWritePicture = nullptr; // one frame in the encoder's pixel format
 SwsContext* mWriteScaler = nullptr; // frame buffer to encoder pixel format
 AVPacket* mCompressedData = nullptr; // one compressed frame on its way to the file
 int64_t mWriteNextPts = 0; // in the encoder's time base
-int mWriteWidth = 0;
+int mWriteWidth = 0; // the frames given, in pixels
 int mWriteHeight = 0;
+int mEncodedWidth = 0; // the frames encoded: the same, or padded to even sides
+int mEncodedHeight = 0;
+std::vector<unsigned char> mPadded; // a frame padded to the encoded size
 bool mWriteHeaderStored = false; // the container's header is in the file
-bool mWriteFileCreated = false; // this writer created (or emptied) the file
+// The movie is written to a temporary file beside its name and renamed into place when finished.
+std::unique_ptr<FileReplacement> mWriteReplacement;
 std::string mWritePath;
 std::string mWriteType;
 
@@ -433,16 +481,6 @@ bool StoreReadyPackets()
     }
 }
 
-// The container for the path: by extension, a QuickTime movie when FFmpeg knows no muxer for it.
-const AVOutputFormat* ContainerFor(const char* path)
-{
-    const AVOutputFormat* container = av_guess_format(nullptr, path, nullptr);
-    if (container == nullptr || (container->flags & AVFMT_NOFILE) != 0
-        || container->video_codec == AV_CODEC_ID_NONE)
-        container = av_guess_format("mov", nullptr, nullptr);
-    return container;
-}
-
 enum class OpenResult { kOpened, kRefused, kFailed };
 
 // Frees everything the writer holds; removes the file it made when that is not a finished movie.
@@ -451,8 +489,9 @@ void ReleaseWriter(bool removeFile)
     if (mWriteMovie != nullptr && mWriteMovie->pb != nullptr && mWriteMovie->oformat != nullptr
         && (mWriteMovie->oformat->flags & AVFMT_NOFILE) == 0)
         avio_closep(&mWriteMovie->pb);
-    if (removeFile && mWriteFileCreated)
-        std::remove(mWritePath.c_str());
+    if (mWriteReplacement != nullptr && removeFile)
+        mWriteReplacement->Abandon();
+    mWriteReplacement.reset();
     sws_freeContext(mWriteScaler);
     mWriteScaler = nullptr;
     av_frame_free(&mWritePicture);
@@ -465,7 +504,10 @@ void ReleaseWriter(bool removeFile)
     mWriteWidth = 0;
     mWriteHeight = 0;
     mWriteHeaderStored = false;
-    mWriteFileCreated = false;
+    mEncodedWidth = 0;
+    mEncodedHeight = 0;
+    mPadded.clear();
+    mPadded.shrink_to_fit();
     mWritePath.clear();
     mWriteType.clear();
 }
@@ -477,6 +519,8 @@ OpenResult OpenWriterAs(const FFWriteRequest& request, const AVOutputFormat* con
     mWritePath = request.path;
     mWriteWidth = request.width;
     mWriteHeight = request.height;
+    mEncodedWidth = EncodedSide(type, request.width);
+    mEncodedHeight = EncodedSide(type, request.height);
     mWriteType = type;
     const AVCodec* codec = ProbeEncoder(type);
     int result = avformat_alloc_output_context2(&mWriteMovie, container, nullptr, request.path);
@@ -492,7 +536,7 @@ OpenResult OpenWriterAs(const FFWriteRequest& request, const AVOutputFormat* con
         return OpenResult::kFailed;
     }
     AVDictionary* options = nullptr;
-    if (!SetUpEncoder(mWriteMedia, type, request.width, request.height, request.timeScale,
+    if (!SetUpEncoder(mWriteMedia, type, mEncodedWidth, mEncodedHeight, request.timeScale,
             request.spatialQuality, request.keepAlpha, container, &options)) {
         SetError(std::string(codec->name) + " has no pixel format for a " + std::to_string(request.width)
             + "x" + std::to_string(request.height) + " frame");
@@ -532,6 +576,10 @@ OpenResult OpenWriterAs(const FFWriteRequest& request, const AVOutputFormat* con
         // 10000 until it is not, and 2997 would be stored as 11988.
         mWriteTrack->time_base = AVRational { 1, static_cast<int>(request.timeScale) };
         av_dict_set_int(&muxing, "video_track_timescale", request.timeScale, 0);
+        // The movie header counts in the same units, so its duration is exact (in thousandths of
+        // a second, 12 frames at 29.97 would read 0.401 s): movies rendered in chunks and joined
+        // end to end then meet without a gap.
+        av_dict_set_int(&muxing, "movie_timescale", request.timeScale, 0);
         // Motion JPEG A is the QuickTime name for these frames; the muxer would say Photo JPEG.
         if (std::strcmp(container->name, "mov") == 0 && mWriteType == "mjpa")
             mWriteTrack->codecpar->codec_tag = MKTAG('m', 'j', 'p', 'a');
@@ -544,13 +592,18 @@ OpenResult OpenWriterAs(const FFWriteRequest& request, const AVOutputFormat* con
     mWriteTrack->avg_frame_rate = mWriteMedia->framerate;
 
     if ((container->flags & AVFMT_NOFILE) == 0) {
-        result = avio_open(&mWriteMovie->pb, request.path, AVIO_FLAG_WRITE);
+        mWriteReplacement = std::make_unique<FileReplacement>(mWritePath);
+        if (!mWriteReplacement->Begin()) {
+            av_dict_free(&muxing);
+            SetError(mWriteReplacement->Error());
+            return OpenResult::kFailed;
+        }
+        result = avio_open(&mWriteMovie->pb, mWriteReplacement->TemporaryPath().c_str(), AVIO_FLAG_WRITE);
         if (result < 0) {
             av_dict_free(&muxing);
             SetError("Cannot create " + mWritePath, result);
             return OpenResult::kFailed;
         }
-        mWriteFileCreated = true;
     }
     result = avformat_write_header(mWriteMovie, &muxing);
     av_dict_free(&muxing);
@@ -561,8 +614,8 @@ OpenResult OpenWriterAs(const FFWriteRequest& request, const AVOutputFormat* con
     mWriteHeaderStored = true;
 
     mWritePicture->format = mWriteMedia->pix_fmt;
-    mWritePicture->width = request.width;
-    mWritePicture->height = request.height;
+    mWritePicture->width = mEncodedWidth;
+    mWritePicture->height = mEncodedHeight;
     // Some encoders (ProRes) store the colour description of each frame, not the encoder's.
     mWritePicture->color_range = mWriteMedia->color_range;
     mWritePicture->colorspace = mWriteMedia->colorspace;
@@ -577,8 +630,8 @@ OpenResult OpenWriterAs(const FFWriteRequest& request, const AVOutputFormat* con
         SetError("Not enough memory for a frame", result);
         return OpenResult::kFailed;
     }
-    mWriteScaler = sws_getContext(request.width, request.height, AV_PIX_FMT_ARGB, request.width,
-        request.height, mWriteMedia->pix_fmt,
+    mWriteScaler = sws_getContext(mEncodedWidth, mEncodedHeight, AV_PIX_FMT_ARGB, mEncodedWidth,
+        mEncodedHeight, mWriteMedia->pix_fmt,
         SWS_BICUBIC | SWS_ACCURATE_RND | SWS_FULL_CHR_H_INT | SWS_FULL_CHR_H_INP, nullptr, nullptr, nullptr);
     if (mWriteScaler == nullptr) {
         SetError(std::string("Cannot convert frames to ") + av_get_pix_fmt_name(mWriteMedia->pix_fmt));
@@ -591,8 +644,26 @@ OpenResult OpenWriterAs(const FFWriteRequest& request, const AVOutputFormat* con
         sws_setColorspaceDetails(mWriteScaler, sws_getCoefficients(SWS_CS_DEFAULT), 1,
             sws_getCoefficients(matrix), fullRange, 0, 1 << 16, 1 << 16);
     }
+    if (mEncodedWidth != request.width || mEncodedHeight != request.height)
+        mPadded.assign(static_cast<size_t>(4) * mEncodedWidth * mEncodedHeight, 0);
     mWriteNextPts = 0;
     return OpenResult::kOpened;
+}
+
+// The frame buffer at the encoded size: each row with its last pixel repeated, the last row
+// repeated below.
+const unsigned char* PadFrame(const unsigned char* frame)
+{
+    size_t given = static_cast<size_t>(4) * mWriteWidth;
+    size_t padded = static_cast<size_t>(4) * mEncodedWidth;
+    for (int y = 0; y < mEncodedHeight; ++y) {
+        const unsigned char* from = frame + given * static_cast<size_t>(std::min(y, mWriteHeight - 1));
+        unsigned char* to = mPadded.data() + padded * static_cast<size_t>(y);
+        std::memcpy(to, from, given);
+        for (size_t x = given; x < padded; x += 4)
+            std::memcpy(to + x, from + given - 4, 4);
+    }
+    return mPadded.data();
 }
 
 // The codes to try for the container, best first: the one asked for, then the fallbacks.
@@ -636,8 +707,17 @@ bool FFOpenMovieWriter(const FFWriteRequest& request)
     for (const char* type : TypesForContainer(container, request.type)) {
         OpenResult result = OpenWriterAs(request, container, type);
         if (result == OpenResult::kOpened) {
-            // A codec the container refused on the way is no failure of the movie.
+            // A codec the container refused on the way is no failure of the movie, but the user
+            // asked for it and is told what was used instead.
             FFClearMovieError();
+            if (std::strncmp(type, request.type, 4) != 0)
+                Notice(std::string("The ") + container->name + " container cannot hold " + CodecTitle(request.type)
+                    + ": writing " + CodecTitle(type) + " instead");
+            if (mEncodedWidth != request.width || mEncodedHeight != request.height)
+                Notice(CodecTitle(type) + " needs even sides: the " + std::to_string(request.width) + "x"
+                    + std::to_string(request.height) + " frames are padded to "
+                    + std::to_string(mEncodedWidth) + "x" + std::to_string(mEncodedHeight)
+                    + ", the last column or row repeated");
             return true;
         }
         if (result == OpenResult::kFailed)
@@ -659,11 +739,13 @@ bool FFWriteMovieFrame(const unsigned char* frame, bool addSample)
         SetError("Not enough memory for a frame", result);
         return false;
     }
+    if (!mPadded.empty())
+        frame = PadFrame(frame);
     const uint8_t* planes[4] = { frame, nullptr, nullptr, nullptr };
-    const int strides[4] = { 4 * mWriteWidth, 0, 0, 0 };
+    const int strides[4] = { 4 * mEncodedWidth, 0, 0, 0 };
     if (sws_scale(
-            mWriteScaler, planes, strides, 0, mWriteHeight, mWritePicture->data, mWritePicture->linesize)
-        != mWriteHeight) {
+            mWriteScaler, planes, strides, 0, mEncodedHeight, mWritePicture->data, mWritePicture->linesize)
+        != mEncodedHeight) {
         SetError("Cannot convert a frame");
         return false;
     }
@@ -694,13 +776,38 @@ bool FFCloseMovieWriter()
             stored = false;
         int result = av_write_trailer(mWriteMovie);
         if (result < 0) {
-            SetError("Cannot finish the movie " + mWritePath, result);
+            SetError("Cannot finish the movie", result);
+            stored = false;
+        }
+        // Every byte must have reached the file before it takes the movie's name.
+        if (mWriteMovie->pb != nullptr && (mWriteMovie->oformat->flags & AVFMT_NOFILE) == 0) {
+            result = avio_closep(&mWriteMovie->pb);
+            if (stored && result < 0) {
+                SetError("Cannot write the movie " + mWritePath, result);
+                stored = false;
+            }
+        }
+        if (stored && mWriteReplacement != nullptr && !mWriteReplacement->Commit()) {
+            SetError(mWriteReplacement->Error());
             stored = false;
         }
         complete = stored;
     }
     ReleaseWriter(!complete);
     return stored;
+}
+
+void FFSetNoticeHook(void (*hook)(const char* text, void* context), void* context)
+{
+    mNoticeHook = hook;
+    mNoticeContext = context;
+}
+
+bool FFContainerTakes(const char* path, const char* type)
+{
+    const CodecPlan* plan = FindPlan(type);
+    const AVOutputFormat* container = path != nullptr ? ContainerFor(path) : nullptr;
+    return plan != nullptr && container != nullptr && ContainerTakes(container, plan->id);
 }
 
 std::string FFWritingType()

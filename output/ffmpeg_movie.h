@@ -35,7 +35,9 @@ struct FFWriteRequest {
 
 // Creates the movie file, its one video track and the encoder. The muxer follows the file's
 // extension (a name FFmpeg does not know becomes a QuickTime movie); a codec that the container
-// cannot hold gives way to one it can. False on any failure, with MovieLastError set; the
+// cannot hold gives way to one it can, and the notice hook hears of it. H.264 frames with an odd
+// side are padded by one pixel (the notice hook hears that too). The movie is written to a
+// temporary file beside the path and renamed over it by a successful close. False on any failure, with MovieLastError set; the
 // caller still calls FFCloseMovieWriter, which then removes the unfinished file.
 bool FFOpenMovieWriter(const FFWriteRequest& request);
 // Converts one frame buffer for the encoder and, when addSample is set, encodes it as the next
@@ -44,9 +46,15 @@ bool FFOpenMovieWriter(const FFWriteRequest& request);
 bool FFWriteMovieFrame(const unsigned char* frame, bool addSample);
 // Drains the encoder, stores the movie's header and closes the file; releases everything and
 // is safe when nothing is open. True when the movie was finished, or when none had been started
-// (nothing open, or an open that failed). The file of a failed open, and a movie that could not
-// be finished, are removed rather than left looking complete.
+// (nothing open, or an open that failed). Only then does the movie take its name; the temporary
+// file of a failed open or of a movie that could not be finished is removed, and a file that
+// had the name before is left as it was.
 bool FFCloseMovieWriter();
+// Who hears what the user should know about a movie being opened: a codec its container
+// refused and the one written instead, a frame size the codec needed rounded. Null: nobody.
+void FFSetNoticeHook(void (*hook)(const char* text, void* context), void* context);
+// Whether FFmpeg says a movie of this name (its container follows the extension) holds the code.
+bool FFContainerTakes(const char* path, const char* type);
 // The code the open movie is actually written with (a container may have refused the one asked
 // for); "" when no movie is open for writing.
 std::string FFWritingType();

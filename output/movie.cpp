@@ -306,6 +306,16 @@ void UseCodec(const char* fourcc)
     CopyType(mPreselected, FourCharacters(fourcc));
 }
 
+bool IsCodecWritableIn(const char* fourcc, const char* moviePath)
+{
+    return IsCodecAvailable(fourcc) && FFContainerTakes(moviePath, FourCharacters(fourcc).c_str());
+}
+
+void SetMovieNoticeHook(MovieNoticeHook hook, void* context)
+{
+    FFSetNoticeHook(hook, context);
+}
+
 const char* MovieLastError()
 {
     return FFMovieError();

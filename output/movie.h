@@ -81,6 +81,14 @@ std::string AvailableCodecList();
 // Chooses the codec from now on, without a dialog: QTSelectCodec takes it as it is, and a movie
 // opened without QTSelectCodec uses it. Null or "" goes back to the dialog.
 void UseCodec(const char* fourcc);
+// Whether a movie of this name (its container follows the extension, as QTMovieWriteOpen picks
+// it) can hold the code, by FFmpeg's own judgement: what the codec choice should offer.
+bool IsCodecWritableIn(const char* fourcc, const char* moviePath);
+// Who hears what the user should know about a movie being opened (the codec written instead of
+// one the container refused, a frame size rounded for the codec): the editor keeps the texts to
+// show after the render, the command line prints each on stderr. Null: nobody.
+using MovieNoticeHook = void (*)(const char* text, void* context);
+void SetMovieNoticeHook(MovieNoticeHook hook, void* context);
 // The last failure of the movie layer as text; "" when the last open went without one.
 const char* MovieLastError();
 

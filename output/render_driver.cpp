@@ -229,7 +229,8 @@ MovieJobResult MakeMovieFiles(CDoc& doc, const MovieJob& job, RenderProgress& pr
         return MovieJobResult::kCodecCancelled;
     CDIB frame(options.width, options.height, 32);
     if (frame.GetBitCount() != 32) {
-        ErrorBox("Not Enough Memory to Make Movie", -9999);
+        if (job.reportInBoxes)
+            ErrorBox("Not Enough Memory to Make Movie", -9999);
         return MovieJobResult::kNoMemory;
     }
     long total = MovieFrameCount(options);
@@ -249,7 +250,8 @@ MovieJobResult MakeMovieFiles(CDoc& doc, const MovieJob& job, RenderProgress& pr
         }
         if (!QTMovieWriteOpen(!first, &movie, &frame, options.framesPerSecond, options.quality, total)) {
             QTMovieWriteClose();
-            ErrorBox("Error Opening Movie File", -9999);
+            if (job.reportInBoxes)
+                ErrorBox("Error Opening Movie File", -9999);
             return MovieJobResult::kOpenFailed;
         }
         first = false;
@@ -267,7 +269,7 @@ MovieJobResult MakeMovieFiles(CDoc& doc, const MovieJob& job, RenderProgress& pr
         StoreMovieOptions(options);
         SetIniItem("MovieType", static_cast<long>(movieType));
     }
-    if (result == MovieJobResult::kMade)
+    if (result == MovieJobResult::kMade && job.reportInBoxes)
         ErrorBox("Movie file(s) successfully made", -9999);
     return result;
 }

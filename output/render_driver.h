@@ -70,6 +70,7 @@ struct MovieJob {
     FSpec movie{};             // the movie file, or in batch mode one in the output folder
     std::vector<FSpec> shows;  // batch mode: the show files; empty: the document's show
     bool storeSettings = true;  // remember the options and the movie type
+    bool reportInBoxes = true;  // the editor's message boxes; the command line says its own
 };
 
 // Everything "Make Movie" does once the options and the file are chosen: the codec, the frame

@@ -1,24 +1,22 @@
 #pragma once
-// Rendering from the command line: a show file in, a movie or one picture out, with progress on
-// stderr and Ctrl+C ending the movie cleanly with the frames made so far.
+// Rendering from the command line: show files in, movies or one picture out, with progress on
+// stderr and a stop signal ending the movie cleanly with the frames made so far.
 
 #include <cstdio>
 
 #include "app/cli/command_line.h"
 
-// Exit codes of the command line.
-constexpr int kExitMade = 0;
-constexpr int kExitFailed = 1;
-constexpr int kExitUsage = 2;
-constexpr int kExitStopped = 130;  // Ctrl+C: what was made is kept
+// Exit codes of the command line (listed by --help and the README).
+constexpr int kExitMade = 0;    // every file asked for was completely written
+constexpr int kExitFailed = 1;  // a file could not be read or written
+constexpr int kExitUsage = 2;   // an option is wrong or does not fit the show
+// A stop by a signal exits 128 + the signal's number (stop_signals.h).
+
+// The built-in defaults: the result depends only on the show and the options given.
+constexpr int kDefaultWidth = 1920;
+constexpr int kDefaultHeight = 1080;
+constexpr float kDefaultFramesPerSecond = 29.97f;
+constexpr int kDefaultQuality = 100;
 
 // Runs a kRender or kStill command; messages go to `err`. Answers the exit code.
 int RunRenderCommand(const CommandLine& line, std::FILE* err);
-
-// Ctrl+C asks the running render to stop after its current frame (a second one ends the program).
-void WatchForInterrupt();
-bool InterruptRequested();
-// For tests: as if Ctrl+C had been pressed (true) or not yet (false).
-void SetInterruptRequested(bool requested);
-// For tests: as if Ctrl+C were pressed once `frames` frames are in the movie.
-void InterruptAfterFrames(long frames);

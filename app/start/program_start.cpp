@@ -8,14 +8,14 @@
 #include "platform/task/worker.h"
 #include "platform/wnd/shell.h"
 
-CDoc* StartProgram(ProgramFront front, void* instance)
+CDoc* StartProgram(ProgramFront front, void* instance, const std::string& settingsText)
 {
     if (front == ProgramFront::kEditor) {
         InitEnvironment(instance, kProgramName, kProgramKind);
     } else {
         SetEnvName(kProgramName);
         InitMP();
-        LoadIniFile();
+        LoadIniText(settingsText.data(), settingsText.size());
     }
     QTOpenMovies();
     pDoc = new CDoc();

@@ -99,9 +99,10 @@ void CodeToText(uint32_t code, char text[4])
 }
 
 // Opens the data with the access the mode bits ask for; 0 takes the most the system allows.
+// Non-blocking, so that a pipe never holds the open; the caller refuses what is not a plain file.
 int OpenDescriptor(const char* path, int mode)
 {
-    int flags = O_CLOEXEC;
+    int flags = O_CLOEXEC | O_NONBLOCK;
     switch (mode & (kFileRead | kFileWrite)) {
     case kFileRead:
         return open(path, flags | O_RDONLY);
@@ -187,10 +188,13 @@ bool CPFile::Open(const FSpec* spec, int mode)
     if (descriptor < 0)
         return false;
     struct stat info;
-    if (fstat(descriptor, &info) != 0 || S_ISDIR(info.st_mode)) {
+    if (fstat(descriptor, &info) != 0 || !S_ISREG(info.st_mode)) {
         close(descriptor);
         return false;
     }
+    // Plain files never block; the flag is dropped so reads and writes behave as usual.
+    fcntl(descriptor, F_SETFL, fcntl(descriptor, F_GETFL) & ~O_NONBLOCK);
+    writeError_ = 0;
     reference_ = AddOpenFile(descriptor);
     if (reference_ == 0)
         close(descriptor);
@@ -218,15 +222,22 @@ long CPFile::Read(char* buffer, long count)
 long CPFile::Write(const char* buffer, long count)
 {
     int descriptor = FindDescriptor(reference_);
-    if (descriptor < 0 || !buffer || count <= 0)
+    if (descriptor < 0 || !buffer || count <= 0) {
+        if (count > 0 && writeError_ == 0)
+            writeError_ = EBADF;
         return count;
+    }
     long total = 0;
     while (total < count) {
         ssize_t put = write(descriptor, buffer + total, size_t(count - total));
         if (put < 0 && errno == EINTR)
             continue;
-        if (put <= 0)
+        if (put <= 0) {
+            // A write that takes nothing without an error is a full disk all the same.
+            if (writeError_ == 0)
+                writeError_ = put < 0 ? errno : ENOSPC;
             break;
+        }
         total += put;
     }
     return count;

@@ -37,7 +37,8 @@ public:
 
     // Opens the named file (any FSpec form). With the write bit a missing file is created with
     // this object's type and creator; an existing file is neither truncated nor emptied, so a
-    // shorter write leaves the old tail in place. On success the object's FSpec holds the full
+    // shorter write leaves the old tail in place. Anything but a regular file (a pipe, a device,
+    // a folder) is refused at once, without waiting for a writer at a pipe's other end. On success the object's FSpec holds the full
     // path in path form. Closes a file this object already had open.
     bool Open(const FSpec* spec, int mode);
     // Reads up to `count` bytes at the current position. 0 on any error or when the end comes
@@ -46,6 +47,9 @@ public:
     long Read(char* buffer, long count);
     // Writes at the current position; answers `count` whether or not the write succeeded.
     long Write(const char* buffer, long count);
+    // The system's error number of the first write since Open that fell short (full disk, size
+    // limit); 0 while every byte arrived. For callers that must know before they keep the file.
+    int WriteError() const { return writeError_; }
     // Moves the position: origin 0 from the start, 1 from the end, 2 from the current position.
     // Always answers 1.
     int Seek(long offset, int origin);
@@ -73,4 +77,5 @@ private:
     uint32_t fileType_;
     uint32_t creatorType_;
     FSpec spec_;
+    int writeError_ = 0;
 };

@@ -12,6 +12,7 @@
 
 #include "platform/base/env.h"
 #include "platform/base/file_types.h"
+#include "platform/base/replace_file.h"
 
 char gIniString[kIniSize];
 
@@ -158,20 +159,6 @@ size_t ReadSettingsFile(const SettingsFile& file, char* bytes)
     return count;
 }
 
-bool WriteAll(int fd, const char* bytes, size_t count)
-{
-    while (count > 0) {
-        ssize_t put = write(fd, bytes, count);
-        if (put < 0 && errno == EINTR)
-            continue;
-        if (put <= 0)
-            return false;
-        bytes += put;
-        count -= static_cast<size_t>(put);
-    }
-    return true;
-}
-
 }  // namespace
 
 // ---------------------------------------------------------------------------------------------
@@ -314,27 +301,17 @@ void SaveIniFile()
     if (!FindSettingsFile(file) || !MakeFolder(file.folder))
         return;
 
-    // The file is replaced whole, but through a new file renamed over the old one: a save that
-    // fails half-way (full disk, crash) keeps the previous settings instead of an empty file.
-    std::string temporary =
-        file.folder + "/." + ProgramName() + ".saving-" + std::to_string(static_cast<long>(getpid()));
-    unlink(temporary.c_str());  // left by an earlier run that died while saving
-    int fd = open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-    if (fd < 0)
+    // Replaced whole through a new file renamed over the old one: a save that fails half-way
+    // (full disk, crash) keeps the previous settings instead of an empty or cut file.
+    FileReplacement replacement(file.path);
+    if (!replacement.Begin())
         return;
     // The text only, up to its NUL: the file holds no terminator.
-    bool saved = WriteAll(fd, gIniString, TextLength());
-    if (saved) {
-        SetFileTypeAndCreator(temporary.c_str(), kFileType, kFileCreator);
-        saved = fsync(fd) == 0;
-    }
-    if (close(fd) != 0)
-        saved = false;
-    if (!saved || rename(temporary.c_str(), file.path.c_str()) != 0) {
-        unlink(temporary.c_str());
+    if (!replacement.Write(gIniString, TextLength()))
         return;
-    }
-    SyncFolder(file.folder);
+    SetFileTypeAndCreator(replacement.TemporaryPath().c_str(), kFileType, kFileCreator);
+    if (!replacement.Commit())
+        return;
     sWrittenSinceLoad = true;
     sLastWritten = gIniString;
     ++sSaveCount;

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
 #include <limits>
 #include <vector>
 
@@ -13,6 +14,7 @@
 #include "doc/globals.h"
 #include "doc_fixture.h"
 #include "support/bmp_files.h"
+#include "support/file_size_limit.h"
 #include "platform/dialog/message_box.h"
 #include "platform/file/endian.h"
 
@@ -517,6 +519,23 @@ TEST_F(ShowFile, FailedSaveLeavesThePreviousFileAndTheDirtyFlag)
     EXPECT_FALSE(doc->WriteShowFile(&nowhere));
     EXPECT_TRUE(doc->dirty);
     EXPECT_EQ(pxtest::ReadBytes(dir.File("show.plx")), before);
+}
+
+TEST_F(ShowFile, SaveOnAFullDiskKeepsThePreviousShowWholeAndNoTemporary)
+{
+    MakeShow();
+    FSpec file = PathSpec(dir.File("show.plx"));
+    ASSERT_TRUE(doc->WriteShowFile(&file));
+    std::vector<unsigned char> before = pxtest::ReadBytes(dir.File("show.plx"));
+    doc->dirty = true;
+    {
+        pxtest::FileSizeLimit limit(100);
+        EXPECT_FALSE(doc->WriteShowFile(&file));
+    }
+    EXPECT_TRUE(doc->dirty);
+    EXPECT_EQ(pxtest::ReadBytes(dir.File("show.plx")), before);
+    for (const auto& entry : std::filesystem::directory_iterator(dir.Path()))
+        EXPECT_EQ(entry.path().filename().string().find(".partial-"), std::string::npos) << entry.path();
 }
 
 TEST_F(ShowFile, OpeningAFileThatIsNotAShowLeavesTheCurrentShow)

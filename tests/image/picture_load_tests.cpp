@@ -3,6 +3,7 @@
 #include <cstring>
 #include <memory>
 #include <string>
+#include <sys/stat.h>
 #include <vector>
 
 #include "image/cdib.h"
@@ -385,3 +386,23 @@ TEST(LoadPictureFile, HostTimelineReplacesTheFile)
 }
 
 } // namespace
+
+namespace {
+
+TEST(LoadPictureFile, PipeAndFolderAreRefusedAtOnceWithTheOpenMessage)
+{
+    TempDir dir;
+    std::string pipe = dir.File("pipe.tga");
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0666), 0);
+    for (const std::string& path : { pipe, dir.Path() }) {
+        CDIB image(2, 2, 24);
+        FSpec spec = PathSpec(path);
+        ClearMessageBoxScript();
+        EXPECT_EQ(image.Load(&spec, nullptr, true), 0) << path;
+        std::vector<ShownMessageBox> boxes = TakeShownMessageBoxes();
+        ASSERT_EQ(boxes.size(), 1u) << path;
+        EXPECT_EQ(boxes[0].shownText, "Can't open graphics file");
+    }
+}
+
+}  // namespace

@@ -1,12 +1,16 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <filesystem>
+#include <iterator>
 #include <string>
 
 #include "image/cdib.h"
 #include "image/cdib_pixels.h"
 #include "image/picture_files.h"
 #include "platform/base/file_types.h"
+#include "platform/base/replace_file.h"
+#include "support/file_size_limit.h"
 #include "platform/dialog/message_box.h"
 
 namespace
@@ -262,7 +266,7 @@ TEST(SavePicture, FailedWriteIsReportedWithTheLoadersWording)
     EXPECT_EQ(boxes[0].code, kNoErrorNumber);
 }
 
-TEST(SavePicture, SavingOverALongerFileKeepsItsTailAndStillReadsBack)
+TEST(SavePicture, SavingOverALongerFileReplacesItWhole)
 {
     Patterned image(4, 4, 24);
     TempDir dir;
@@ -271,13 +275,35 @@ TEST(SavePicture, SavingOverALongerFileKeepsItsTailAndStillReadsBack)
     FSpec spec = PathSpec(path);
     ASSERT_TRUE(image.Save(&spec, 0));
     Bytes bytes = ReadBytes(path);
-    ASSERT_EQ(bytes.size(), 5000u) << "the file is not emptied first";
-    EXPECT_EQ(bytes[4999], 0xEE);
+    EXPECT_LT(bytes.size(), 5000u) << "no tail of the older, longer file";
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir.Path()), {}), 1)
+        << "no temporary file left beside it";
     CDIB back(1, 1, 24);
     ASSERT_EQ(ReadThrough(
                   dir, bytes, [&](CPFile* file) { return back.LoadBmp(file); }, "copy"),
         0);
     EXPECT_EQ(AllRows(back), AllRows(image));
+}
+
+TEST(SavePicture, FullDiskKeepsThePreviousPictureAndSaysSo)
+{
+    Patterned image(64, 64, 24);
+    TempDir dir;
+    std::string path = dir.File("frame.tga");
+    ASSERT_TRUE(WriteBytes(path, Bytes(100, 0xEE)));
+    FSpec spec = PathSpec(path);
+    ClearMessageBoxScript();
+    {
+        FileSizeLimit limit(4096);
+        EXPECT_FALSE(image.Save(&spec, 1));
+    }
+    EXPECT_EQ(ReadBytes(path), Bytes(100, 0xEE));
+    std::vector<ShownMessageBox> boxes = TakeShownMessageBoxes();
+    ASSERT_EQ(boxes.size(), 1u);
+    EXPECT_EQ(boxes[0].text, "Error loading graphics file");
+    EXPECT_EQ(LastFileReplacementError(), "File too large");
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir.Path()), {}), 1)
+        << "no temporary file left beside it";
 }
 
 } // namespace

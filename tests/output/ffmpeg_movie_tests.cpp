@@ -340,6 +340,86 @@ TEST_F(FFMovie, UnwritablePathFailsWithAReasonAndLeavesNoFile)
     EXPECT_FALSE(pxtest::FileExists(path));
 }
 
+TEST_F(FFMovie, OddSizedH264IsPaddedTo420AndSaysSo)
+{
+    REQUIRE_ENCODER("avc1");
+    std::vector<std::string> notices;
+    FFSetNoticeHook([](const char* text, void* heard) {
+        static_cast<std::vector<std::string>*>(heard)->push_back(text);
+    }, &notices);
+    std::string path = dir.File("odd.mp4");
+    Buffer buffer(641, 361);
+    buffer.Fill(255, 180, 90, 40);
+    bool written = WriteFrames(Request(path, "avc1", 641, 361), buffer, 2);
+    FFSetNoticeHook(nullptr, nullptr);
+    ASSERT_TRUE(written) << FFMovieError();
+    FFMovieFacts facts;
+    ASSERT_TRUE(FFProbeMovieFile(path.c_str(), &facts));
+    EXPECT_EQ(facts.width, 642);
+    EXPECT_EQ(facts.height, 362);
+    ASSERT_EQ(notices.size(), 1u);
+    EXPECT_EQ(notices[0], "H.264 (avc1) needs even sides: the 641x361 frames are padded to 642x362, the last "
+                          "column or row repeated");
+    int width = 0;
+    int height = 0;
+    ASSERT_TRUE(FFOpenMovieReader(path.c_str(), &width, &height));
+    Buffer back(width, height);
+    ASSERT_TRUE(FFReadMovieFrame(0, back.bytes.data()));
+    FFCloseMovieReader();
+    EXPECT_NEAR(back.Mean(1), 180, 3);
+    EXPECT_NEAR(back.Mean(3), 40, 3);
+}
+
+TEST_F(FFMovie, CodecTheContainerRefusesIsNamedWithTheOneUsed)
+{
+    REQUIRE_ENCODER("avc1");
+    REQUIRE_ENCODER("apcn");
+    std::vector<std::string> notices;
+    FFSetNoticeHook([](const char* text, void* heard) {
+        static_cast<std::vector<std::string>*>(heard)->push_back(text);
+    }, &notices);
+    Buffer buffer(16, 16);
+    bool written = WriteFrames(Request(dir.File("prores.avi"), "apcn", 16, 16), buffer, 1);
+    FFSetNoticeHook(nullptr, nullptr);
+    ASSERT_TRUE(written) << FFMovieError();
+    ASSERT_EQ(notices.size(), 1u);
+    EXPECT_EQ(notices[0], "The avi container cannot hold ProRes 422 (apcn): writing H.264 (avc1) instead");
+    EXPECT_FALSE(FFContainerTakes("x.avi", "apcn"));
+    EXPECT_TRUE(FFContainerTakes("x.mov", "apcn"));
+    EXPECT_TRUE(FFContainerTakes("x.mkv", "apcn"));
+    EXPECT_FALSE(FFContainerTakes("x.mp4", "rle "));
+    EXPECT_TRUE(FFContainerTakes("x.avi", "png "));
+}
+
+TEST_F(FFMovie, MovieTakesItsNameOnlyWhenClosedAndAFailedOneLeavesTheOldFile)
+{
+    std::string path = dir.File("take.mov");
+    ASSERT_TRUE(pxtest::WriteText(path, "the previous movie"));
+    Buffer buffer(128, 128);
+    buffer.Noise(3);
+    ASSERT_TRUE(FFOpenMovieWriter(Request(path, "png ", 128, 128)));
+    ASSERT_TRUE(FFWriteMovieFrame(buffer.bytes.data(), true));
+    EXPECT_EQ(pxtest::ReadText(path), "the previous movie") << "frames go to a file beside it";
+    ASSERT_TRUE(FFCloseMovieWriter());
+    FFMovieFacts facts;
+    ASSERT_TRUE(FFProbeMovieFile(path.c_str(), &facts));
+    EXPECT_EQ(facts.packets, 1);
+
+    ASSERT_TRUE(pxtest::WriteText(path, "the previous movie"));
+    bool written = true;
+    {
+        pxtest::FileSizeLimit limit(20 * 1024);
+        ASSERT_TRUE(FFOpenMovieWriter(Request(path, "raw ", 128, 128)));
+        for (int i = 0; i < 4 && written; ++i)
+            written = FFWriteMovieFrame(buffer.bytes.data(), true);
+        written = FFCloseMovieWriter() && written;
+    }
+    EXPECT_FALSE(written);
+    EXPECT_EQ(pxtest::ReadText(path), "the previous movie");
+    EXPECT_EQ(std::system(("test $(ls -A " + dir.Path() + " | wc -l) -eq 1").c_str()), 0)
+        << "no temporary file is left";
+}
+
 TEST_F(FFMovie, FolderStandingWhereTheMovieGoesFailsAndIsLeftAlone)
 {
     // A folder stands where the movie should go: the file cannot be made at all.
@@ -405,9 +485,11 @@ TEST_F(FFMovie, OddSizesWorkWithEveryCodec)
         int width = 0;
         int height = 0;
         ASSERT_TRUE(FFOpenMovieReader(path.c_str(), &width, &height)) << type;
-        EXPECT_EQ(width, 33) << type;
-        EXPECT_EQ(height, 17) << type;
-        Buffer back(33, 17);
+        // H.264 frames are 4:2:0, in whole pairs of pixels: padded by one each way.
+        bool padded = std::string(type) == "avc1";
+        EXPECT_EQ(width, padded ? 34 : 33) << type;
+        EXPECT_EQ(height, padded ? 18 : 17) << type;
+        Buffer back(width, height);
         ASSERT_TRUE(FFReadMovieFrame(200, back.bytes.data())) << type;
         EXPECT_NEAR(back.Mean(1), 180, 4) << type;
         EXPECT_NEAR(back.Mean(2), 90, 4) << type;

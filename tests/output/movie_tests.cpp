@@ -341,12 +341,16 @@ TEST_P(MovieEveryCodec, OddWidthAndHeightWrite)
     ASSERT_TRUE(QTMovieWriteClose()) << MovieLastError();
     CDIB back(1, 1, 32);
     ASSERT_TRUE(OpenToRead("odd.mov", &back));
-    EXPECT_EQ(back.GetWid(), 33);
-    EXPECT_EQ(back.GetHgt(), 17);
+    // H.264 is 4:2:0, in whole pairs of pixels: padded by one each way, the edge repeated.
+    bool padded = std::string(codec) == "avc1";
+    EXPECT_EQ(back.GetWid(), padded ? 34 : 33);
+    EXPECT_EQ(back.GetHgt(), padded ? 18 : 17);
     ASSERT_TRUE(QTMovieReadFrame(0, &back));
     // The last column and the last row are as good as the rest.
-    for (Bgra pixel :
-        { PixelAt(back, 32, 0), PixelAt(back, 32, 16), PixelAt(back, 0, 16), PixelAt(back, 16, 8) }) {
+    int right = back.GetWid() - 1;
+    int bottom = back.GetHgt() - 1;
+    for (Bgra pixel : { PixelAt(back, 32, 0), PixelAt(back, 32, 16), PixelAt(back, 0, 16), PixelAt(back, 16, 8),
+             PixelAt(back, right, bottom) }) {
         EXPECT_NEAR(pixel.blue, 40, 3) << pixel;
         EXPECT_NEAR(pixel.green, 90, 3) << pixel;
         EXPECT_NEAR(pixel.red, 180, 3) << pixel;
@@ -920,3 +924,18 @@ TEST_F(MovieLayer, MissingMovieFailsToOpenWithAReason)
 }
 
 } // namespace
+
+namespace {
+
+TEST(MovieCodecChoice, WritableCodecsFollowWhatFFmpegSaysTheContainerHolds)
+{
+    if (!IsCodecAvailable("apcn") || !IsCodecAvailable("rle"))
+        GTEST_SKIP() << "this FFmpeg lacks a ProRes or Animation encoder";
+    EXPECT_TRUE(IsCodecWritableIn("apcn", "movie.mov"));
+    EXPECT_FALSE(IsCodecWritableIn("apcn", "movie.avi"));
+    EXPECT_FALSE(IsCodecWritableIn("rle", "movie.mp4"));
+    EXPECT_TRUE(IsCodecWritableIn("png", "movie.avi"));
+    EXPECT_FALSE(IsCodecWritableIn("zzzz", "movie.mov"));
+}
+
+}  // namespace

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <filesystem>
 #include <optional>
 #include <string>
 
@@ -63,11 +64,15 @@ TEST_F(CommandLineStart, StartsTheWorkerAndStopsIt)
     EXPECT_EQ(gTaskData, nullptr);
 }
 
-TEST_F(CommandLineStart, ReadsTheSettingsFile)
+TEST_F(CommandLineStart, TakesTheSettingsItIsGivenNotTheUsersFile)
 {
     ASSERT_TRUE(pxtest::WriteText(SettingsPath(), "[Parallaxotron]\r\nMultiProcess=0\r\n"));
     StartProgram(ProgramFront::kCommandLine);
-    EXPECT_EQ(GetIniItem("MultiProcess", 1), 0);
+    EXPECT_EQ(GetIniItem("MultiProcess", 7), 7);
+    StopProgram(ProgramFront::kCommandLine);
+
+    StartProgram(ProgramFront::kCommandLine, nullptr, "[Parallaxotron]\r\nMultiProcess=3\r\n");
+    EXPECT_EQ(GetIniItem("MultiProcess", 7), 3);
     StopProgram(ProgramFront::kCommandLine);
 }
 
@@ -83,15 +88,12 @@ TEST_F(CommandLineStart, StopLeavesTheSettingsFileAsItWas)
     EXPECT_EQ(pxtest::ReadText(SettingsPath()), before);
 }
 
-TEST_F(CommandLineStart, StopLeavesAFileTheLoadMadeAsItWasMade)
+TEST_F(CommandLineStart, MakesNoSettingsFileWhereThereIsNone)
 {
-    // With no settings file the load makes one holding the header; stop adds nothing to it.
     StartProgram(ProgramFront::kCommandLine);
-    const std::string made = pxtest::ReadText(SettingsPath());
     SetIniItem("AspectMode", 5625L);
     StopProgram(ProgramFront::kCommandLine);
-    EXPECT_EQ(pxtest::ReadText(SettingsPath()), made);
-    EXPECT_EQ(made.find("AspectMode"), std::string::npos);
+    EXPECT_FALSE(std::filesystem::exists(SettingsPath()));
 }
 
 }  // namespace

@@ -1,6 +1,8 @@
 #include "platform/file/cpfile.h"
 
+#include <cerrno>
 #include <cstring>
+#include <sys/stat.h>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <string>
@@ -9,6 +11,7 @@
 
 #include "platform/base/file_types.h"
 #include "platform/file/paths.h"
+#include "support/file_size_limit.h"
 #include "support/temp_dir.h"
 
 namespace {
@@ -411,3 +414,48 @@ TEST(CPFile, ReopeningClosesThePreviousFile)
     EXPECT_EQ(stale.GetFileLength(), 0);  // the first reference names nothing any more
     stale.SetFileNum(0);
 }
+
+namespace {
+
+TEST(CPFile, PipeIsRefusedAtOnceForReadingAndWriting)
+{
+    pxtest::TempDir dir;
+    std::string path = dir.File("pipe.tga");
+    ASSERT_EQ(mkfifo(path.c_str(), 0666), 0);
+    FSpec spec = PathSpec(path);
+    CPFile file;
+    EXPECT_FALSE(file.Open(&spec, kFileRead)) << "no writer will ever come: the open must not wait";
+    EXPECT_FALSE(file.Open(&spec, kFileWrite));
+    EXPECT_FALSE(file.Open(&spec, 0));
+    EXPECT_EQ(file.GetFileNum(), 0);
+}
+
+TEST(CPFile, DeviceAndFolderAreRefused)
+{
+    pxtest::TempDir dir;
+    FSpec device = PathSpec("/dev/null");
+    FSpec folder = PathSpec(dir.Path());
+    CPFile file;
+    EXPECT_FALSE(file.Open(&device, kFileRead));
+    EXPECT_FALSE(file.Open(&folder, kFileRead));
+}
+
+TEST(CPFile, ShortWriteIsRememberedWithItsReason)
+{
+    pxtest::TempDir dir;
+    FSpec spec = PathSpec(dir.File("short.bin"));
+    CPFile file(&spec, kFileWrite);
+    ASSERT_NE(file.GetFileNum(), 0);
+    EXPECT_EQ(file.WriteError(), 0);
+    std::vector<char> bytes(8192, 'x');
+    {
+        pxtest::FileSizeLimit limit(1000);
+        EXPECT_EQ(file.Write(bytes.data(), 8192), 8192) << "the count is answered as ever";
+    }
+    EXPECT_EQ(file.WriteError(), EFBIG);
+    file.Close();
+    ASSERT_TRUE(file.Open(&spec, kFileWrite));
+    EXPECT_EQ(file.WriteError(), 0) << "a new open starts clean";
+}
+
+}  // namespace

@@ -16,6 +16,7 @@
 #include "platform/base/env.h"
 #include "platform/base/file_types.h"
 #include "support/file_size_limit.h"
+#include "support/small_disk.h"
 #include "support/temp_dir.h"
 
 namespace {
@@ -714,16 +715,17 @@ TEST_F(SettingsFile, SaveCutShortKeepsThePreviousFileWhole)
 
 TEST_F(SettingsFile, SaveThatCannotMakeItsNewFileKeepsThePreviousFile)
 {
+    // A read-only file system refuses the new file for every user, root included.
+    pxtest::SmallDisk disk(64 * 1024, dir_.Path());
+    if (!disk.Mounted())
+        GTEST_SKIP() << disk.Reason();
     Load(kHeader + "A=1\r\n");
     SaveIniFile();
-    // A folder where the new file would go refuses it for every user, root included.
-    std::string blocker =
-        dir_.File(".Parallaxotron.saving-" + std::to_string(static_cast<long>(getpid())));
-    ASSERT_TRUE(std::filesystem::create_directory(blocker));
+    ASSERT_EQ(pxtest::ReadText(SettingsPath()), kHeader + "A=1\r\n");
+    ASSERT_TRUE(disk.MakeReadOnly());
     Load(kHeader + "A=2\r\n");
     SaveIniFile();
     EXPECT_EQ(pxtest::ReadText(SettingsPath()), kHeader + "A=1\r\n");
-    std::filesystem::remove(blocker);
 }
 
 TEST_F(SettingsFile, SaveIntoReadOnlyFolderKeepsThePreviousFile)
