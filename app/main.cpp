@@ -29,7 +29,7 @@ int main(int argc, char** argv)
         WatchForStopSignals();
         return RunRenderCommand(line, stderr);
     case CommandKind::kEditor:
-        return RunEditor(argv[0], line.show.c_str());
+        return RunEditor(argv[0], line.shows.empty() ? nullptr : line.shows.front().c_str());
     }
     return kExitUsage;
 }

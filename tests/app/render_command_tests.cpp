@@ -178,6 +178,7 @@ TEST_F(RenderCommand, RenderLeavesTheUsersSettingsFileUntouched)
         unsetenv("XDG_CONFIG_HOME");
     EXPECT_EQ(code, kExitMade) << said;
     EXPECT_EQ(after, before);
+}
 
 // ---- Defaults and options ---------------------------------------------------------------
 
