@@ -110,11 +110,11 @@ public:
     // --- Show file -----------------------------------------------------------------------------
     // Lays the show into `buffer` and answers its length; with a null buffer only answers the
     // size needed. Either way a picture of one key first gets a second key a second later.
-    long SaveShow(FSpec* where, char* buffer);
+    long SaveShow(FSpec* file, char* buffer);
     // Rebuilds the show from the first `size` bytes of `buffer` (which the caller cleared with
     // ClearShow) and loads its pictures. False, with nothing changed, for a null buffer or a
     // buffer that is not a show.
-    bool LoadShow(FSpec* where, const char* buffer, long size, bool gotoStart);
+    bool LoadShow(FSpec* file, const char* buffer, long size, bool gotoStart);
     // Reads a whole show file and, when it is a show, replaces the current show with it.
     ShowFileResult OpenShowFile(const FSpec* file, bool gotoStart);
     // Writes the whole show; the old file is replaced only by a complete new one.
@@ -140,7 +140,7 @@ public:
     bool LoadPictureBuffer(int pic, bool noLookAhead);
     // Puts a picture file into slot `pic` (0..63; anything else is ignored) starting at `start`
     // (0 for slot 0).
-    void LoadPicture(FSpec* spec, int pic, long start);
+    void LoadPicture(FSpec* file, int pic, long start);
     // The key selection of the editor's commands: FindKey(gCurFrame) (-1 none; key 0 can be
     // copied but not cut or deleted).
     int GetKeySelection() const;

@@ -160,21 +160,21 @@ bool CDoc::LoadPictureBuffer(int pic, bool noLookAhead)
     return picLoadState != 0;
 }
 
-void CDoc::LoadPicture(FSpec* spec, int pic, long start)
+void CDoc::LoadPicture(FSpec* file, int pic, long start)
 {
-    if (spec == nullptr || pic < 0 || strnlen(spec->name, kFSpecNameSize) <= 2)
+    if (file == nullptr || pic < 0 || strnlen(file->name, kFSpecNameSize) <= 2)
         return;
     if (editor != nullptr)
         editor->ShowBusy(true);
     CDIB loaded(1, 1, 24);
     FSpec alternative = AlternativeFolder();
     ++pictureFileLoads;
-    int result = loaded.Load(spec, alternative.name[0] != '\0' ? &alternative : nullptr, showPicError);
+    int result = loaded.Load(file, alternative.name[0] != '\0' ? &alternative : nullptr, showPicError);
     // Whatever the outcome, the image no longer stands for the picture it held.
     ForgetLoadedPictures();
     picLoadState = result;
     if (result != 1)
-        NoteFailedPicture(*spec);
+        NoteFailedPicture(*file);
     if (result == 0) {
         if (editor != nullptr)
             editor->ShowBusy(false);
@@ -182,7 +182,7 @@ void CDoc::LoadPicture(FSpec* spec, int pic, long start)
     }
     int slot = std::min(pic, kMaxPictures - 1);
     picCount = std::max(picCount, slot + 1);
-    picSpec[slot] = *spec;
+    picSpec[slot] = *file;
     picSpec[slot].name[kFSpecNameSize - 1] = '\0';
     SetPicStart(slot == 0 ? 0 : start, slot);
     if (!PreparePicture(image, loaded, Preparation())) {

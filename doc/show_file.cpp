@@ -118,7 +118,7 @@ float CDoc::EncodedDefaultEase() const
     return encoded;
 }
 
-long CDoc::SaveShow(FSpec* /*where*/, char* buffer)
+long CDoc::SaveShow([[maybe_unused]] FSpec* file, char* buffer)
 {
     // A picture of one key is saved with a second: the same camera one second later.
     for (int pic = 0; pic < picCount; ++pic) {
@@ -179,7 +179,7 @@ long CDoc::SaveShow(FSpec* /*where*/, char* buffer)
     return size;
 }
 
-bool CDoc::LoadShow(FSpec* /*where*/, const char* buffer, long bufferSize, bool gotoStart)
+bool CDoc::LoadShow([[maybe_unused]] FSpec* file, const char* buffer, long bufferSize, bool gotoStart)
 {
     if (buffer == nullptr || bufferSize < kHeaderBytes)
         return false;

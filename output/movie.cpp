@@ -223,7 +223,8 @@ long MovieTimeScale(float framesPerSecond)
     return static_cast<long>(std::trunc(static_cast<double>(framesPerSecond) * 100.0 + 0.5));
 }
 
-bool QTSelectCodec(CPWnd* parent, float framesPerSecond, int quality, bool)
+bool QTSelectCodec(CPWnd* parent, float framesPerSecond, int quality,
+                   [[maybe_unused]] bool backEndOption)
 try {
     FFClearMovieError();
     CodecComponent settings = mCurDlgCom;
@@ -323,7 +324,8 @@ const char* MovieLastError()
 
 // ---- Writing ----------------------------------------------------------------------------------
 
-bool QTMovieWriteOpen(bool, FSpec* file, CDIB* firstFrame, float framesPerSecond, int, long)
+bool QTMovieWriteOpen([[maybe_unused]] bool notFirstMovie, FSpec* file, CDIB* firstFrame, float framesPerSecond,
+                      [[maybe_unused]] int quality, [[maybe_unused]] long totalFrames)
 try {
     FFClearMovieError();
     char path[kMaxPathLength + 1] = {};

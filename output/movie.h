@@ -37,17 +37,19 @@ int QTCloseMovies();
 // (the active window when null), starting from "CodecType" and the quality the render asks for
 // (0..100, see SpatialQualityOf). False when cancelled: nothing is stored then. On OK the choice
 // holds for the following movies and "CodecType" is written. With a codec given by UseCodec,
-// or with no window system (the command line), the choice is taken without a dialog. The last
-// argument is for other movie back ends.
-bool QTSelectCodec(CPWnd* parent, float framesPerSecond, int quality, bool);
+// or with no window system (the command line), the choice is taken without a dialog.
+// `backEndOption` is for other movie back ends; this one does not use it.
+bool QTSelectCodec(CPWnd* parent, float framesPerSecond, int quality, bool backEndOption);
 
 // Creates the movie `file` (replacing an existing one) with the size of `firstFrame`, the time
 // scale of `framesPerSecond` and the codec chosen last, and primes it with `firstFrame`, which
 // adds no frame. The container follows the file's extension: .mov (and names FFmpeg does not
 // know) QuickTime, .mp4, .avi, .mkv and any other FFmpeg writes theirs; a codec the container
 // cannot hold gives way to one it can. A 32-bit first frame makes a movie that keeps alpha where
-// the codec can store it. The first, fifth and sixth arguments are for other movie back ends.
-bool QTMovieWriteOpen(bool, FSpec* file, CDIB* firstFrame, float framesPerSecond, int, long);
+// the codec can store it. `notFirstMovie` (a later movie of a batch), `quality` (the codec's
+// quality comes from QTSelectCodec here) and `totalFrames` are for other movie back ends.
+bool QTMovieWriteOpen(bool notFirstMovie, FSpec* file, CDIB* firstFrame, float framesPerSecond,
+                      int quality, long totalFrames);
 // Compresses `frame` (24 or 32 bits, the movie's size) and appends it as the next frame. The
 // frame number kPrimeFrameNumber (-999) only primes: the frame is converted, nothing is added.
 bool QTMovieWriteFrame(long frameNumber, CDIB* frame);

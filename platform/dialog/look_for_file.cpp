@@ -29,13 +29,13 @@ bool RememberedFolder(FSpec* folder)
 
 }  // namespace
 
-bool LookForFile(CPWnd* owner, FSpec* spec)
+bool LookForFile(CPWnd* owner, FSpec* file)
 {
     if (!owner) {
         ErrorBox("Can't open file!", kNoErrorNumber);
         return false;
     }
-    if (!spec)
+    if (!file)
         return false;
     if (!YesNoBox("Do you want to look for it?", "Can't Open File!"))
         return false;
@@ -44,6 +44,6 @@ bool LookForFile(CPWnd* owner, FSpec* spec)
     FSpec chosen{};
     if (!OpenFileDialog(owner, &chosen, kAllFiles, "", remembered ? &folder : nullptr, false))
         return false;
-    *spec = chosen;
+    *file = chosen;
     return true;
 }

@@ -10,4 +10,4 @@ class CPWnd;
 // files) in the folder remembered by "InitialFolder" (or, without one, "InitialVrefnum" and
 // "InitialParID"), and the file chosen replaces `spec` (path form). False on no or cancel, with
 // `spec` untouched, and for a null `spec` (nothing is asked then).
-bool LookForFile(CPWnd* owner, FSpec* spec);
+bool LookForFile(CPWnd* owner, FSpec* file);

@@ -127,9 +127,9 @@ CPFile::CPFile() : reference_(0), fileType_(TypeCode("PXSH")), creatorType_(Type
 {
 }
 
-CPFile::CPFile(const FSpec* spec, int mode) : CPFile()
+CPFile::CPFile(const FSpec* file, int mode) : CPFile()
 {
-    Open(spec, mode);
+    Open(file, mode);
 }
 
 CPFile::~CPFile()
@@ -157,12 +157,12 @@ void CPFile::SetCreatorType(uint32_t code)
     }
 }
 
-bool CPFile::Open(const FSpec* spec, int mode)
+bool CPFile::Open(const FSpec* file, int mode)
 {
     Close();
     bool writing = (mode & kFileWrite) != 0;
     NativeFileRef ref;
-    if (!CopyToMacFSSpec(&ref, spec) && !writing)
+    if (!CopyToMacFSSpec(&ref, file) && !writing)
         return false;
 
     CopyFromMacFSSpec(&spec_, &ref);

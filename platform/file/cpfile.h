@@ -30,7 +30,7 @@ public:
     // A closed file: reference 0, type "PXSH", creator "HLBK".
     CPFile();
     // The same, then Open(spec, mode).
-    CPFile(const FSpec* spec, int mode);
+    CPFile(const FSpec* file, int mode);
     ~CPFile();
     CPFile(const CPFile&) = delete;
     CPFile& operator=(const CPFile&) = delete;
@@ -40,7 +40,7 @@ public:
     // shorter write leaves the old tail in place. Anything but a regular file (a pipe, a device,
     // a folder) is refused at once, without waiting for a writer at a pipe's other end. On success the object's FSpec holds the full
     // path in path form. Closes a file this object already had open.
-    bool Open(const FSpec* spec, int mode);
+    bool Open(const FSpec* file, int mode);
     // Reads up to `count` bytes at the current position. 0 on any error or when the end comes
     // before `count` bytes (those bytes are in the buffer but not counted); otherwise `count`
     // reduced to its low 16 bits (70,000 reads report 4,464; callers read in smaller pieces).

@@ -170,10 +170,11 @@ bool AskUser(const FileDialogRequest& request, std::vector<std::string>* chosen)
 
 }  // namespace
 
-bool OpenFileDialog(CPWnd*, FSpec* result, const char* filter, const char*, const FSpec* initial,
+bool OpenFileDialog([[maybe_unused]] CPWnd* owner, FSpec* file, const char* filter,
+                    [[maybe_unused]] const char* defaultExt, const FSpec* folder,
                     bool multiple, int capacity)
 {
-    if (!result)
+    if (!file)
         return false;
     int room = multiple ? capacity : 1;
     if (room < 1)
@@ -181,7 +182,7 @@ bool OpenFileDialog(CPWnd*, FSpec* result, const char* filter, const char*, cons
     FileDialogRequest request;
     request.multiple = multiple;
     request.capacity = room;
-    request.folder = FolderOf(initial);
+    request.folder = FolderOf(folder);
     request.nameFilters = ParseNameFilters(filter);
 
     std::vector<std::string> chosen;
@@ -197,27 +198,27 @@ bool OpenFileDialog(CPWnd*, FSpec* result, const char* filter, const char*, cons
     }
     if (records.empty())
         return false;
-    std::memcpy(result, records.data(), records.size() * sizeof(FSpec));
+    std::memcpy(file, records.data(), records.size() * sizeof(FSpec));
     return true;
 }
 
-bool SaveFileDialog(CPWnd*, FSpec* spec, const char* filter, const char* defaultExt, const FSpec* initial)
+bool SaveFileDialog([[maybe_unused]] CPWnd* owner, FSpec* file, const char* filter, const char* defaultExt, const FSpec* folder)
 {
-    if (!spec)
+    if (!file)
         return false;
     FileDialogRequest request;
     request.save = true;
     request.capacity = 1;
-    request.proposedName = LeafName(spec->name);
+    request.proposedName = LeafName(file->name);
     if (request.proposedName.empty())
         request.proposedName = "Untitled";
-    // A name that carries its folder opens the dialog there; a bare name uses `initial`.
-    std::string name(spec->name, strnlen(spec->name, kFSpecNameSize - 1));
-    bool named = !(spec->vRefNum == 0 && spec->parID == 0) &&
-                 (!IsPathForm(*spec) || name.find('/') != std::string::npos);
-    request.folder = named ? FolderOf(spec) : std::string();
+    // A name that carries its folder opens the dialog there; a bare name uses `folder`.
+    std::string name(file->name, strnlen(file->name, kFSpecNameSize - 1));
+    bool named = !(file->vRefNum == 0 && file->parID == 0) &&
+                 (!IsPathForm(*file) || name.find('/') != std::string::npos);
+    request.folder = named ? FolderOf(file) : std::string();
     if (request.folder.empty())
-        request.folder = FolderOf(initial);
+        request.folder = FolderOf(folder);
     request.nameFilters = ParseNameFilters(filter);
     request.defaultSuffix = SuffixOf(defaultExt);
     request.fileType = filter && std::strstr(filter, ".tga") ? "TPIC" : "TEXT";
@@ -233,7 +234,7 @@ bool SaveFileDialog(CPWnd*, FSpec* spec, const char* filter, const char* default
     size_t length = std::strlen(record.name);
     while (length > 1 && (record.name[length - 1] == '/' || record.name[length - 1] == ':'))
         record.name[--length] = 0;
-    *spec = record;
+    *file = record;
     return true;
 }
 

@@ -21,16 +21,16 @@ class CPWnd;
 // last (callers clear the array to find the end). False when cancelled or nothing was chosen,
 // or when `multiple` comes with no room; `result` is then untouched. `defaultExt` only matters
 // when saving and is accepted here for the callers' sake.
-bool OpenFileDialog(CPWnd* owner, FSpec* result, const char* filter, const char* defaultExt,
-                    const FSpec* initial, bool multiple, int capacity = 1);
+bool OpenFileDialog(CPWnd* owner, FSpec* file, const char* filter, const char* defaultExt,
+                    const FSpec* folder, bool multiple, int capacity = 1);
 
 // Lets the user choose where to save. Proposes the leaf of `spec->name` (after the last ":",
 // "\" or "/"), or "Untitled" when that is empty, in the folder of `spec->name` when it has one,
 // else in `initial`'s. `defaultExt` (".plx") is added to a name typed without one. On
 // confirmation `spec` receives the full path without a trailing separator; the file itself is
 // not touched (CPFile gives a new file its types when it creates it). False when cancelled.
-bool SaveFileDialog(CPWnd* owner, FSpec* spec, const char* filter, const char* defaultExt,
-                    const FSpec* initial);
+bool SaveFileDialog(CPWnd* owner, FSpec* file, const char* filter, const char* defaultExt,
+                    const FSpec* folder);
 
 // ---- The seam for tests -------------------------------------------------------------------
 // While answers are queued, each dialog takes the oldest instead of showing anything. An answer

@@ -21,7 +21,7 @@ struct FSpec {
 static_assert(sizeof(FSpec) == 262, "FSpec is stored as a 262-byte record");
 
 // True only when both numbers carry the path-form marker.
-inline bool IsPathForm(const FSpec& spec)
+inline bool IsPathForm(const FSpec& file)
 {
-    return spec.vRefNum == kPathFormMarker && spec.parID == kPathFormMarker;
+    return file.vRefNum == kPathFormMarker && file.parID == kPathFormMarker;
 }

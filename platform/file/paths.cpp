@@ -176,58 +176,58 @@ bool GetFSSpecFromPath(const char* path, NativeFileRef* ref)
     return stat(full.c_str(), &info) == 0;
 }
 
-bool CopyToMacFSSpec(NativeFileRef* out, const FSpec* in)
+bool CopyToMacFSSpec(NativeFileRef* out, const FSpec* file)
 {
     if (!out)
         return false;
     ClearRef(out);
-    if (!in)
+    if (!file)
         return false;
-    if (IsPathForm(*in)) {
+    if (IsPathForm(*file)) {
         char path[kFSpecNameSize];
-        CopyName(path, in->name);
+        CopyName(path, file->name);
         return GetFSSpecFromPath(path, out);
     }
-    if (in->vRefNum == 0 && in->parID == 0)
+    if (file->vRefNum == 0 && file->parID == 0)
         return false;
-    out->vRefNum = in->vRefNum;
-    out->parID = in->parID;
-    CopyName(out->name, in->name);
+    out->vRefNum = file->vRefNum;
+    out->parID = file->parID;
+    CopyName(out->name, file->name);
     return true;
 }
 
-bool CopyFromMacFSSpec(FSpec* out, const NativeFileRef* in)
+bool CopyFromMacFSSpec(FSpec* file, const NativeFileRef* in)
 {
-    if (!out)
+    if (!file)
         return false;
-    out->vRefNum = kPathFormMarker;
-    out->parID = kPathFormMarker;
-    std::memset(out->name, 0, kFSpecNameSize);
+    file->vRefNum = kPathFormMarker;
+    file->parID = kPathFormMarker;
+    std::memset(file->name, 0, kFSpecNameSize);
     if (!in)
         return false;
     if (in->vRefNum == kPathFormMarker && in->parID == kPathFormMarker) {
         // A reference already holding a path: that path is the full path.
-        CopyName(out->name, in->name);
+        CopyName(file->name, in->name);
         return true;
     }
     char path[kFSpecNameSize] = {};
     if (!GetPathFromFSSpec(in, path))
         return false;
-    std::strcpy(out->name, path);
+    std::strcpy(file->name, path);
     return true;
 }
 
-bool GetFSpecPath(const FSpec* spec, char* out)
+bool GetFSpecPath(const FSpec* file, char* out)
 {
-    if (!spec || !out)
+    if (!file || !out)
         return false;
     out[0] = '\0';
-    if (IsPathForm(*spec)) {
-        CopyName(out, spec->name);
+    if (IsPathForm(*file)) {
+        CopyName(out, file->name);
         return out[0] != '\0';
     }
     NativeFileRef ref;
-    if (!CopyToMacFSSpec(&ref, spec))
+    if (!CopyToMacFSSpec(&ref, file))
         return false;
     return GetPathFromFSSpec(&ref, out);
 }

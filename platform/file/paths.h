@@ -49,13 +49,13 @@ bool GetPathFromFSSpec(const NativeFileRef* ref, char* out);
 bool GetFSSpecFromPath(const char* path, NativeFileRef* ref);
 // FSpec to native reference: path form through GetFSSpecFromPath; empty form (0, 0) fails;
 // native form copies volume, folder and the leaf name (cut to 255 characters) and answers true.
-bool CopyToMacFSSpec(NativeFileRef* out, const FSpec* in);
+bool CopyToMacFSSpec(NativeFileRef* out, const FSpec* file);
 // Native reference to FSpec: `out` gets the full path and the path-form marker; answers what
 // GetPathFromFSSpec answered (the name is empty when that failed).
-bool CopyFromMacFSSpec(FSpec* out, const NativeFileRef* in);
+bool CopyFromMacFSSpec(FSpec* file, const NativeFileRef* in);
 
 // The full path of a file record of any form into `out` (kMaxPathLength + 1 characters): a path
 // form's own text, or a native form resolved. False for an empty record or an unknown folder.
-bool GetFSpecPath(const FSpec* spec, char* out);
+bool GetFSpecPath(const FSpec* file, char* out);
 // A path-form record of `path` (cut to 255 characters).
 FSpec PathFSpec(const char* path);

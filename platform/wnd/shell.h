@@ -68,7 +68,7 @@ void Sound(int ignored);
 // ---- Requests from the desktop -----------------------------------------------------------
 // What the program opens a handed-over document with (OpenDocumentFile of the main window):
 // answers whether the file could be opened. Until one is set, requests are dropped.
-using OpenDocumentHandler = bool (*)(FSpec* spec, bool flag);
+using OpenDocumentHandler = bool (*)(FSpec* file, bool flag);
 void SetOpenDocumentHandler(OpenDocumentHandler handler);
 // An open-documents request: only the first path of the list is taken, as a path-form FSpec,
 // and handed to the handler with flag true. Paths are UTF-8. Answers what the handler answered

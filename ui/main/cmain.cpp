@@ -250,18 +250,18 @@ void LookForPicturesBeside(const FSpec& show)
 
 }  // namespace
 
-bool OpenDocumentFile(FSpec* spec, bool flag)
+bool OpenDocumentFile(FSpec* file, bool flag)
 {
-    if (!spec || !pDoc)
+    if (!file || !pDoc)
         return false;
     char keptFolder[kTextSetting];
     std::memcpy(keptFolder, pDoc->altImageFolder, sizeof keptFolder);
-    LookForPicturesBeside(*spec);
-    if (pDoc->OpenShowFile(spec, flag) != ShowFileResult::kOpened) {
+    LookForPicturesBeside(*file);
+    if (pDoc->OpenShowFile(file, flag) != ShowFileResult::kOpened) {
         std::memcpy(pDoc->altImageFolder, keptFolder, sizeof keptFolder);
         return false;
     }
-    pDoc->showFile.Set(*spec);
+    pDoc->showFile.Set(*file);
     if (pTime)
         pTime->SetMaxTime(pDoc->showLength);
     if (pMain) {

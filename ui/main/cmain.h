@@ -66,7 +66,7 @@ private:
 // Opens a show file handed over by the desktop or named on the command line: the whole file is
 // read; a file that cannot be read, or that is not a show, leaves the current show as it was and
 // answers false. flag: go to the show's start afterwards.
-bool OpenDocumentFile(FSpec* spec, bool flag);
+bool OpenDocumentFile(FSpec* file, bool flag);
 
 // Diagnostic aid: shows the three numbers as the viewer's title.
 void dbg(long a, long b, long c);
