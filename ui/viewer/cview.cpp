@@ -8,6 +8,7 @@
 #include "platform/wnd/messages.h"
 #include "platform/wnd/shell.h"
 #include "ui/editor_windows.h"
+#include "ui/viewer/viewer_geometry.h"
 
 namespace {
 
@@ -15,35 +16,6 @@ constexpr long kPictureGround = 0x000000;
 constexpr long kStripFace = 0xC0C0C0;
 
 }  // namespace
-
-tagRECT ViewerStartRect(const tagRECT& owner, long storedTop, long storedLeft, long storedWidth,
-                        bool dualScreen)
-{
-    long ownerWidth = static_cast<long>(owner.right) - owner.left;
-    long defaultWidth = ownerWidth > 1767 ? ownerWidth / 8 : 220;
-    long top = storedTop == kNotStored ? owner.top + 80L : std::max(storedTop, 32L);
-    long left = storedLeft == kNotStored ? owner.right - defaultWidth - 40 : std::max(storedLeft, 32L);
-    long width = storedWidth == kNotStored ? defaultWidth : std::max(storedWidth, 0L);
-    long right = left + width;
-    if (!dualScreen) {
-        top = std::min(top, owner.bottom - 64L);
-        left = std::min(left, owner.right - 64L);
-        right = std::min(right, owner.right - 64L);
-    }
-    right = std::max(right, left + 80);
-    long bottom = top + (right - left) * 3 / 4;
-    return {static_cast<int>(left), static_cast<int>(top), static_cast<int>(right),
-            static_cast<int>(bottom)};
-}
-
-tagRECT ViewerFittedRect(const tagRECT& rect, float aspect, int captionHeight)
-{
-    tagRECT fitted = rect;
-    long width = static_cast<long>(rect.right) - rect.left;
-    fitted.bottom = rect.top + static_cast<int>(static_cast<float>(width) * aspect) + captionHeight +
-                    kViewerStrip;
-    return fitted;
-}
 
 CView::CView(CPWnd* ownerWindow) : owner(ownerWindow)
 {

@@ -11,20 +11,9 @@
 #include "platform/base/types.h"
 #include "platform/wnd/button.h"
 #include "platform/wnd/cpwnd.h"
+#include "ui/viewer/viewer_geometry.h"
 
-constexpr int kViewerStrip = 24;  // rows of the control strip under the picture
 constexpr long kViewerStyle = 14;  // a floating window
-
-// A setting that was never stored.
-constexpr long kNotStored = -2147483647L - 1;
-
-// Where the viewer first stands, from the owner's rectangle and the stored "ViewerTop",
-// "ViewerLeft" and "ViewerWidth" (kNotStored when absent). dualScreen lets it leave the owner.
-tagRECT ViewerStartRect(const tagRECT& owner, long storedTop, long storedLeft, long storedWidth,
-                        bool dualScreen);
-// Keeps the width and makes the height fit a picture of `aspect` height per width, the caption
-// and the control strip.
-tagRECT ViewerFittedRect(const tagRECT& rect, float aspect, int captionHeight);
 
 class CView : public CPWnd {
 public:
