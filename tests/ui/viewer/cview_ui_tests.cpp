@@ -9,6 +9,7 @@
 #include <cstring>
 #include <gtest/gtest.h>
 #include <string>
+#include <vector>
 
 #include "doc/cdoc.h"
 #include "doc/globals.h"
@@ -27,6 +28,7 @@
 #include "ui/main/cmain.h"
 #include "ui/main/doc_link.h"
 #include "ui/stage/cstage.h"
+#include "ui/stage/stage_geometry.h"
 
 namespace {
 
@@ -371,6 +373,72 @@ TEST_F(Viewer, QuitDuringPlaybackEndsTheLoop)
     pViewer->SetSpeed(1);
     EXPECT_EQ(pViewer->speed, 0);
     EXPECT_FALSE(pViewer->loopRunning);
+}
+
+TEST_F(Viewer, ButtonDownPressesOnlyTheButtonHit)
+{
+    Start();
+    QPoint at = Centre(pViewer->forwards.GetRect());
+    pViewer->HandleEvent(kMsgButtonDown, 0, MakePointParam(at.x(), at.y()));
+    EXPECT_EQ(pViewer->forwards.GetState(), kButtonPressed);
+    EXPECT_EQ(pViewer->backwards.GetState(), kButtonNormal);
+    EXPECT_EQ(pViewer->stop.GetState(), kButtonNormal);
+    EXPECT_EQ(pViewer->addKey.GetState(), kButtonNormal);
+    // The pressed picture differs from the normal one somewhere in the button.
+    bool changed = false;
+    const tagRECT& r = pViewer->forwards.GetRect();
+    pViewer->forwards.SetState(kButtonNormal);
+    std::vector<uint32_t> normal;
+    for (int y = r.top; y < r.bottom; ++y)
+        for (int x = r.left; x < r.right; ++x)
+            normal.push_back(pViewer->GetPort()->PixelAt(x, y));
+    pViewer->HandleEvent(kMsgButtonDown, 0, MakePointParam(at.x(), at.y()));
+    size_t i = 0;
+    for (int y = r.top; y < r.bottom; ++y)
+        for (int x = r.left; x < r.right; ++x)
+            changed = changed || pViewer->GetPort()->PixelAt(x, y) != normal[i++];
+    EXPECT_TRUE(changed);
+}
+
+TEST_F(Viewer, ButtonUpEndsTheStagesDrag)
+{
+    Start();
+    StageFrame f = FrameOf(pStage->currentKey, pStage->View());
+    Press(Content(pStage), QPoint(f.centre.x, f.centre.y));
+    ASSERT_NE(pStage->DragMode(), kHitNone);
+    pViewer->HandleEvent(kMsgButtonUp, 0, MakePointParam(2, 2));
+    EXPECT_EQ(pStage->DragMode(), kHitNone);
+}
+
+TEST_F(Viewer, BackwardsPlayAtTheEndDoesNotRestartFromZero)
+{
+    Start();
+    long last = LastKeyFrame();
+    pDoc->GotoFrame(last, false);
+    ClickLater(150, pViewer->stop.GetRect());
+    pViewer->SetSpeed(-1);
+    EXPECT_LT(gCurFrame, last);
+    EXPECT_GT(gCurFrame, last - 20);
+}
+
+TEST_F(Viewer, HostedPlaybackRunsPastTheLastKeyToTheShowsEnd)
+{
+    Start();
+    pDoc->standalone = 0;
+    long last = LastKeyFrame();
+    ASSERT_LT(last + 10, pDoc->showLength);
+    pDoc->GotoFrame(last - 2, false);
+    ClickLater(400, pViewer->stop.GetRect());
+    pViewer->SetSpeed(1);
+    EXPECT_GT(gCurFrame, last);
+    EXPECT_EQ(pViewer->endFrame, pDoc->showLength);
+}
+
+TEST_F(Viewer, TicksPerFrameFromTheClockAndTheRate)
+{
+    Start();
+    EXPECT_EQ(pViewer->ticksPerFrame, GetMilliTimeFreq() * 100 / gFrameRate);
+    EXPECT_GE(pViewer->ticksPerFrame, 1);
 }
 
 }  // namespace
