@@ -441,4 +441,19 @@ TEST_F(Viewer, TicksPerFrameFromTheClockAndTheRate)
     EXPECT_GE(pViewer->ticksPerFrame, 1);
 }
 
+TEST_F(Viewer, KeysGoToTheMainWindowUnchangedAndAreNotHandled)
+{
+    Start();
+    RecordingWindow main;
+    CPWnd* saved = gMainWindowPtr;
+    gMainWindowPtr = &main;
+    EXPECT_EQ(pViewer->HandleEvent(kMsgKeyDown, 'x', 0), 0);
+    EXPECT_EQ(pViewer->HandleEvent(kMsgShortcut, 'q', 7), 0);
+    EXPECT_EQ(pViewer->HandleEvent(kMsgKeyDown, 1024, 0), 0);  // this code is not passed on
+    gMainWindowPtr = saved;
+    ASSERT_EQ(main.log.size(), 2u);
+    EXPECT_EQ(main.log[0], (Received{&main, kMsgKeyDown, 'x', 0}));
+    EXPECT_EQ(main.log[1], (Received{&main, kMsgShortcut, 'q', 7}));
+}
+
 }  // namespace
