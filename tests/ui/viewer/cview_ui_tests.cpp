@@ -456,4 +456,33 @@ TEST_F(Viewer, KeysGoToTheMainWindowUnchangedAndAreNotHandled)
     EXPECT_EQ(main.log[1], (Received{&main, kMsgShortcut, 'q', 7}));
 }
 
+TEST_F(Viewer, StageDragShowsTheNearestCropInTheViewer)
+{
+    Start();
+    KeyStruct second{};
+    pDoc->GetKey(1, second, 0);
+    pDoc->GotoFrame(pDoc->GetPicStart(0) + second.Frame / 2, true);
+    ProcessEvents();
+    StageFrame f = FrameOf(pStage->currentKey, pStage->View());
+    QPoint from(f.centre.x, f.centre.y);
+    Press(Content(pStage), from);
+    SendMouse(Content(pStage), QEvent::MouseMove, from + QPoint(20, 0), Qt::LeftButton);
+    ASSERT_NE(pStage->DragMode(), kHitNone);
+    const KeyStruct& k = pStage->currentKey;
+    ASSERT_EQ(k.Rotation, 0.0f);
+    int w = pViewer->viewImage.GetWid();
+    int h = pViewer->viewImage.GetHgt();
+    CDIB expected(w, h, 32);
+    float high = pDoc->aspectRatio * k.Width;
+    float top = static_cast<float>(pDoc->image.GetHgt()) - k.YPos - high / 2;
+    ASSERT_TRUE(expected.FilterCrop(&pDoc->image, k.XPos - k.Width / 2, top, k.Width, high, 0,
+                                    k.Rot2, k.Rot3, 0, 0, 0));
+    for (int row = 0; row < h; ++row)
+        ASSERT_EQ(std::memcmp(pViewer->viewImage.GetBitsAdd(row), expected.GetBitsAdd(row),
+                              static_cast<size_t>(w) * 4),
+                  0)
+            << row;
+    Release(Content(pStage), from + QPoint(20, 0));
+}
+
 }  // namespace
