@@ -155,7 +155,7 @@ void CStage::RefreshPanels()
     if (pMain)
         pMain->ShowStats(currentKey);
     if (pViewer)
-        pViewer->Redraw();
+        pViewer->Refresh(drag.mode == kHitNone);  // the fast crop while the camera is dragged
 }
 
 void CStage::DragCamera(int x, int y, int flags)
