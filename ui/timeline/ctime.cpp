@@ -46,21 +46,19 @@ CTime::~CTime()
 
 long CTime::ToPix(long frame) const
 {
-    return frame * 60 / std::max(scale, 1) + kTimelineAxisStart;
+    return TimelineToPix(frame, scale);
 }
 
 long CTime::FromPix(long x) const
 {
-    return std::max((x - kTimelineAxisStart) * scale / 60, 0L);
+    return TimelineFromPix(x, scale);
 }
 
 void CTime::SetMaxTime(long length)
 {
-    long fps = FramesPerSecond();
-    scale = length < 3 * fps ? 5 : length < 8 * fps ? 10 : static_cast<int>(fps);
-    scale = std::max(scale, 1);
-    extent = static_cast<int>(std::min(length * 60 / scale + kTimelineAxisStart,
-                                       static_cast<long>(kLargestTimelineExtent)));
+    // The document has no fixed-scale flag: the scale always follows the length.
+    scale = TimelineScale(length, FramesPerSecond());
+    extent = TimelineExtent(length, scale);
     HandleEvent(kMsgMoved, 0, 0);
 }
 

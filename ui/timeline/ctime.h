@@ -9,11 +9,10 @@
 #include "doc/key.h"
 #include "platform/base/types.h"
 #include "platform/wnd/cpwnd.h"
+#include "ui/timeline/timeline_geometry.h"
 
-constexpr int kTimelineAxisStart = 4;
 constexpr int kTimelineHeight = 48;      // the key and transition rows and the scroll bar
 constexpr int kTimelinePanelRoom = 130;  // left of it: the key information panel
-constexpr int kLargestTimelineExtent = 32700;
 
 // The time line's window rectangle in its parent's: in the strip the stage leaves under itself,
 // right of the key information panel.
