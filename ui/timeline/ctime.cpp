@@ -9,6 +9,7 @@
 #include "platform/wnd/messages.h"
 #include "ui/editor_windows.h"
 #include "ui/stage/cstage.h"
+#include "ui/timeline/key_dialog.h"
 
 namespace {
 
@@ -95,8 +96,9 @@ void CTime::OnDraw()
     DrawBar(kTimelineGround, client);
 }
 
-bool CTime::EditKey(KeyStruct& /*key*/, int /*x*/, int /*y*/)
+bool CTime::EditKey(KeyStruct& key, int x, int y)
 {
-    // The key editor dialog comes with the time line's editing; until then nothing is changed.
-    return false;
+    // The dialog is taller than the time line: it opens over the stage.
+    CPWnd* owner = pStage ? static_cast<CPWnd*>(pStage) : this;
+    return RunKeyDialog(owner, x, y, key);
 }
