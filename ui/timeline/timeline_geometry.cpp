@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include "doc/camera.h"
 #include "doc/cdoc.h"
 
 int TimelineScale(long length, long fps)
@@ -77,4 +78,28 @@ int FindTimelineTransition(const CDoc& doc, int scale, long x, long y)
     if (pic < 1)
         return -1;
     return std::labs(x - TransitionHandleX(doc, scale, pic)) < 12 ? pic : -1;
+}
+
+bool SegmentHolds(const KeyStruct& from, const KeyStruct& to)
+{
+    return from.XPos == to.XPos && from.YPos == to.YPos && from.Width == to.Width &&
+           from.Rotation == to.Rotation && from.Rot2 == to.Rot2 && from.Rot3 == to.Rot3;
+}
+
+const char* EaseMark(float ease)
+{
+    if (!(ease > 0.0f))
+        return nullptr;
+    switch (DecodeKeyEase(ease).kind) {
+    case kEaseBoth:
+        return "<>";
+    case kEaseIn:
+        return "<";
+    case kEaseOut:
+        return ">";
+    case kEaseNone:
+        return "=";
+    default:
+        return nullptr;
+    }
 }

@@ -43,3 +43,12 @@ TimelineKeyHit FindTimelineKey(const CDoc& doc, int scale, long x, long y);
 int FindTimelineTransition(const CDoc& doc, int scale, long x, long y);
 // The handle's x: start x 60 / S + TransLen x 60 / S + 4.
 long TransitionHandleX(const CDoc& doc, int scale, int pic);
+
+struct KeyStruct;
+
+// True when the segment between two keys has no motion: every camera value is the same.
+bool SegmentHolds(const KeyStruct& from, const KeyStruct& to);
+// The ease mark drawn 14 pixels right of a key's marker: "<>", "<", ">" or "=" for a key's own
+// ease kind, null for a key that uses the show's default (Ease 0 or below).
+const char* EaseMark(float ease);
+constexpr int kEaseMarkOffset = 14;

@@ -122,4 +122,29 @@ TEST_F(TimelineHit, PictureZeroHasNoTransitionHandle)
     EXPECT_EQ(FindTimelineTransition(*doc, 30, 4, 5), -1);
 }
 
+TEST_F(TimelineHit, HoldOnlyWhenNoCameraValueChanges)
+{
+    KeyStruct a = KeyAt(0, 10.0f, 20.0f);
+    KeyStruct b = KeyAt(50, 10.0f, 20.0f);
+    b.Ease = 2050.0f;  // frame and ease are not camera values
+    EXPECT_TRUE(SegmentHolds(a, b));
+    b.Rot3 = 1.0f;
+    EXPECT_FALSE(SegmentHolds(a, b));
+    b = a;
+    b.Width = 101.0f;
+    EXPECT_FALSE(SegmentHolds(a, b));
+}
+
+TEST(TimeBar, EaseMarksFollowTheKind)
+{
+    EXPECT_EQ(EaseMark(0.0f), nullptr);
+    EXPECT_EQ(EaseMark(-1000.0f), nullptr);
+    EXPECT_STREQ(EaseMark(1000.0f), "<>");
+    EXPECT_STREQ(EaseMark(2050.0f), "<");
+    EXPECT_STREQ(EaseMark(3001.0f), ">");
+    EXPECT_STREQ(EaseMark(4000.0f), "=");
+    // "Use Default" with a speed reads as kind 0.
+    EXPECT_STREQ(EaseMark(36.0f), "<>");
+}
+
 }  // namespace
