@@ -31,7 +31,8 @@ constexpr long kRuler = 0x808080;
 constexpr long kMarker = 0x000000;
 constexpr long kStartMarker = 0x800000;
 constexpr long kHold = 0x006000;
-constexpr long kCutLine = 0x0000FF;
+// Exclusive-ored over the white ground it shows red.
+constexpr long kCutLine = kGround ^ 0x0000FF;
 constexpr long kDragMark = 0xFFFFFF;  // exclusive-or: inverts what it covers
 
 // Cursor kinds.
