@@ -151,7 +151,7 @@ void CView::PlayLoop(bool force)
     while (speed != 0) {
         NextFrame(force);
         if (pTime)
-            pTime->Redraw();
+            pTime->Refresh();
         ShowCode(gCurFrame);
         CPWnd* window = nullptr;
         unsigned int msg = 0;

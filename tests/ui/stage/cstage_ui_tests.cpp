@@ -9,6 +9,7 @@
 
 #include "doc/cdoc.h"
 #include "doc/globals.h"
+#include "platform/dialog/posted_input.h"
 #include "platform/draw/draw_port.h"
 #include "platform/file/paths.h"
 #include "platform/ini/settings.h"
@@ -169,6 +170,8 @@ TEST_F(Stage, EditEndedAndDoubleClickCancelTheDrag)
     EXPECT_EQ(pStage->DragMode(), kHitNone);
     Send(kMsgButtonDown, 0, f.centre.x, f.centre.y);
     KeyStruct before = pStage->currentKey;
+    // The double click opens the key editor on the frame; Esc cancels it.
+    PostEscape(pStage);
     Send(kMsgSecondaryUp, 0, f.centre.x, f.centre.y);
     EXPECT_EQ(pStage->DragMode(), kHitNone);
     EXPECT_FLOAT_EQ(pStage->currentKey.XPos, before.XPos);
