@@ -1,12 +1,11 @@
-// The show file: sizes, layout, both byte orders, ease encoding, versions, damaged files, and
-// show files on disk.
+// The show file: sizes, layout, both byte orders, ease encoding, versions and damaged files
+// (show files on disk: show_file_io_tests.cpp).
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <cstdio>
 #include <cstring>
-#include <filesystem>
 #include <limits>
 #include <vector>
 
@@ -14,7 +13,6 @@
 #include "doc/globals.h"
 #include "doc_fixture.h"
 #include "support/bmp_files.h"
-#include "support/file_size_limit.h"
 #include "platform/dialog/message_box.h"
 #include "platform/file/endian.h"
 
@@ -482,72 +480,6 @@ TEST_F(ShowFile, ExtraRecordAfterTheSixtyFourthPictureIsReadAndSavedAgain)
     ASSERT_EQ(loaded->SaveShow(nullptr, second.data()), static_cast<long>(first.size()));
     SetAt<uint16_t>(second, 2, At<uint16_t>(first, 2));
     EXPECT_EQ(first, second);
-}
-
-TEST_F(ShowFile, WrittenFileOpensAsTheSameShow)
-{
-    MakeShow();
-    FSpec file = PathSpec(dir.File("show.plx"));
-    ASSERT_TRUE(doc->WriteShowFile(&file));
-    CDoc opened;
-    ASSERT_EQ(opened.OpenShowFile(&file, false), ShowFileResult::kOpened);
-    ExpectSameShow(*doc, opened);
-}
-
-TEST_F(ShowFile, ShorterShowWrittenOverALongerOneOpensAsTheShorter)
-{
-    MakeShow();
-    FSpec file = PathSpec(dir.File("show.plx"));
-    ASSERT_TRUE(doc->WriteShowFile(&file));
-    doc->DeletePic(1);
-    ASSERT_TRUE(doc->WriteShowFile(&file));
-    EXPECT_EQ(pxtest::ReadBytes(dir.File("show.plx")).size(),
-              static_cast<size_t>(doc->SaveShow(nullptr, nullptr)));
-    CDoc opened;
-    ASSERT_EQ(opened.OpenShowFile(&file, false), ShowFileResult::kOpened);
-    EXPECT_EQ(opened.picCount, 1);
-}
-
-TEST_F(ShowFile, FailedSaveLeavesThePreviousFileAndTheDirtyFlag)
-{
-    MakeShow();
-    FSpec file = PathSpec(dir.File("show.plx"));
-    ASSERT_TRUE(doc->WriteShowFile(&file));
-    std::vector<unsigned char> before = pxtest::ReadBytes(dir.File("show.plx"));
-    doc->dirty = true;
-    FSpec nowhere = PathSpec(dir.File("no/such/folder/show.plx"));
-    EXPECT_FALSE(doc->WriteShowFile(&nowhere));
-    EXPECT_TRUE(doc->dirty);
-    EXPECT_EQ(pxtest::ReadBytes(dir.File("show.plx")), before);
-}
-
-TEST_F(ShowFile, SaveOnAFullDiskKeepsThePreviousShowWholeAndNoTemporary)
-{
-    MakeShow();
-    FSpec file = PathSpec(dir.File("show.plx"));
-    ASSERT_TRUE(doc->WriteShowFile(&file));
-    std::vector<unsigned char> before = pxtest::ReadBytes(dir.File("show.plx"));
-    doc->dirty = true;
-    {
-        pxtest::FileSizeLimit limit(100);
-        EXPECT_FALSE(doc->WriteShowFile(&file));
-    }
-    EXPECT_TRUE(doc->dirty);
-    EXPECT_EQ(pxtest::ReadBytes(dir.File("show.plx")), before);
-    for (const auto& entry : std::filesystem::directory_iterator(dir.Path()))
-        EXPECT_EQ(entry.path().filename().string().find(".partial-"), std::string::npos) << entry.path();
-}
-
-TEST_F(ShowFile, OpeningAFileThatIsNotAShowLeavesTheCurrentShow)
-{
-    MakeShow();
-    ASSERT_TRUE(pxtest::WriteText(dir.File("notes.txt"), "not a show at all"));
-    FSpec notes = PathSpec(dir.File("notes.txt"));
-    EXPECT_EQ(doc->OpenShowFile(&notes, false), ShowFileResult::kNotAShow);
-    EXPECT_EQ(doc->picCount, 2);
-    FSpec missing = PathSpec(dir.File("missing.plx"));
-    EXPECT_EQ(doc->OpenShowFile(&missing, false), ShowFileResult::kCantOpen);
-    EXPECT_EQ(doc->picCount, 2);
 }
 
 }  // namespace

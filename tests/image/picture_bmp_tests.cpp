@@ -276,3 +276,18 @@ TEST(BmpPicture, RefusedCreateIsOutOfMemory)
 }
 
 } // namespace
+
+namespace
+{
+
+TEST(BmpPicture, EveryKeptMalformedFileIsRefusedWithItsCode)
+{
+    std::vector<MalformedFile> files = MalformedFiles("bmp");
+    ASSERT_FALSE(files.empty());
+    for (const MalformedFile& file : files) {
+        CDIB image(1, 1, 8);
+        EXPECT_EQ(LoadBmpBytes(image, ReadBytes(file.path)), file.code) << file.path;
+    }
+}
+
+} // namespace

@@ -260,3 +260,18 @@ TEST(PsdPicture, RefusedCreateIsOutOfMemory)
 }
 
 } // namespace
+
+namespace
+{
+
+TEST(PsdPicture, EveryKeptMalformedFileIsRefusedWithItsCode)
+{
+    std::vector<MalformedFile> files = MalformedFiles("psd");
+    ASSERT_FALSE(files.empty());
+    for (const MalformedFile& file : files) {
+        CDIB image(1, 1, 8);
+        EXPECT_EQ(LoadPsdBytes(image, ReadBytes(file.path)), file.code) << file.path;
+    }
+}
+
+} // namespace

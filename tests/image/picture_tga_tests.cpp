@@ -177,3 +177,18 @@ TEST(TgaPicture, RefusedCreateIsOutOfMemory)
 }
 
 } // namespace
+
+namespace
+{
+
+TEST(TgaPicture, EveryKeptMalformedFileIsRefusedWithItsCode)
+{
+    std::vector<MalformedFile> files = MalformedFiles("tga");
+    ASSERT_FALSE(files.empty());
+    for (const MalformedFile& file : files) {
+        CDIB image(1, 1, 8);
+        EXPECT_EQ(LoadTgaBytes(image, ReadBytes(file.path)), file.code) << file.path;
+    }
+}
+
+} // namespace

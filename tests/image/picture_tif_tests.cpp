@@ -362,3 +362,18 @@ TEST(TifPicture, RefusedCreateIsOutOfMemory)
 }
 
 } // namespace
+
+namespace
+{
+
+TEST(TifPicture, EveryKeptMalformedFileIsRefusedWithItsCode)
+{
+    std::vector<MalformedFile> files = MalformedFiles("tif");
+    ASSERT_FALSE(files.empty());
+    for (const MalformedFile& file : files) {
+        CDIB image(1, 1, 8);
+        EXPECT_EQ(LoadTifBytes(image, ReadBytes(file.path)), file.code) << file.path;
+    }
+}
+
+} // namespace
