@@ -66,9 +66,9 @@ function(px_tests)
     target_compile_options(${stem} PRIVATE ${PX_WARNINGS})
     # Where a test finds the files the project ships (the demo show), given only to the tests
     # that use it: the others compile to the same objects in every checkout, so a compiler cache
-    # serves them to a fresh clone.
+    # serves them to a fresh clone. picture_files.h reads the kept malformed files from there.
     file(READ ${source} text)
-    if(text MATCHES "PX_SOURCE_DIR")
+    if(text MATCHES "PX_SOURCE_DIR|picture_files\\.h")
       target_compile_definitions(${stem} PRIVATE PX_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
     endif()
     gtest_discover_tests(${stem} DISCOVERY_MODE PRE_TEST

@@ -486,10 +486,9 @@ struct MalformedFile {
 
 inline std::vector<MalformedFile> MalformedFiles(const std::string& format)
 {
-    // CTest gives every test the folder of kept test files; run by hand, from the checkout.
     const char* data = std::getenv("PX_TEST_DATA");
     std::filesystem::path folder =
-        std::filesystem::path(data ? data : "tests/data") / format / "malformed";
+        std::filesystem::path(data ? data : PX_SOURCE_DIR "/tests/data") / format / "malformed";
     std::vector<MalformedFile> files;
     std::error_code error;
     for (const auto& entry : std::filesystem::directory_iterator(folder, error)) {
