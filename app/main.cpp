@@ -7,8 +7,8 @@
 #include "app/cli/command_line.h"
 #include "app/cli/message_text.h"
 #include "app/cli/render_command.h"
-#include "app/start/editor_start.h"
 #include "app/cli/stop_signals.h"
+#include "app/start/editor_start.h"
 
 int main(int argc, char** argv)
 {
@@ -22,7 +22,8 @@ int main(int argc, char** argv)
         std::fputs(VersionText().c_str(), stdout);
         return kExitMade;
     case CommandKind::kUsageError:
-        std::fprintf(stderr, "parallaxotron: %s (see parallaxotron --help)\n", PrintableText(line.error).c_str());
+        std::fprintf(stderr, "parallaxotron: %s (see parallaxotron --help)\n",
+                     PrintableText(line.error).c_str());
         return kExitUsage;
     case CommandKind::kRender:
     case CommandKind::kStill:

@@ -78,16 +78,46 @@ std::unique_ptr<CDIB> MakeFilled(long width, long height, int bits)
     return image;
 }
 
-void BM_VideoColorsFrame(benchmark::State& s) { Frame(s, [](CDIB& i) { i.VideoColors(); }); }
-void BM_VideoColorsPicture(benchmark::State& s) { Picture(s, [](CDIB& i) { i.VideoColors(); }); }
-void BM_ContrastFrame(benchmark::State& s) { Frame(s, [](CDIB& i) { i.Contrast(70, 40); }); }
-void BM_ContrastPicture(benchmark::State& s) { Picture(s, [](CDIB& i) { i.Contrast(70, 40); }); }
-void BM_TintFrame(benchmark::State& s) { Frame(s, [](CDIB& i) { i.Tint(0x3070C0); }); }
-void BM_TintPicture(benchmark::State& s) { Picture(s, [](CDIB& i) { i.Tint(0x3070C0); }); }
-void BM_BlurFrame(benchmark::State& s) { Frame(s, [](CDIB& i) { i.Blur(1); }); }
-void BM_BlurPicture(benchmark::State& s) { Picture(s, [](CDIB& i) { i.Blur(1); }); }
-void BM_BlurAlphaFrame(benchmark::State& s) { Frame(s, [](CDIB& i) { i.BlurAlpha(); }); }
-void BM_SetAlphaEdgeFrame(benchmark::State& s) { Frame(s, [](CDIB& i) { i.SetAlphaEdge(0); }); }
+void BM_VideoColorsFrame(benchmark::State& s)
+{
+    Frame(s, [](CDIB& i) { i.VideoColors(); });
+}
+void BM_VideoColorsPicture(benchmark::State& s)
+{
+    Picture(s, [](CDIB& i) { i.VideoColors(); });
+}
+void BM_ContrastFrame(benchmark::State& s)
+{
+    Frame(s, [](CDIB& i) { i.Contrast(70, 40); });
+}
+void BM_ContrastPicture(benchmark::State& s)
+{
+    Picture(s, [](CDIB& i) { i.Contrast(70, 40); });
+}
+void BM_TintFrame(benchmark::State& s)
+{
+    Frame(s, [](CDIB& i) { i.Tint(0x3070C0); });
+}
+void BM_TintPicture(benchmark::State& s)
+{
+    Picture(s, [](CDIB& i) { i.Tint(0x3070C0); });
+}
+void BM_BlurFrame(benchmark::State& s)
+{
+    Frame(s, [](CDIB& i) { i.Blur(1); });
+}
+void BM_BlurPicture(benchmark::State& s)
+{
+    Picture(s, [](CDIB& i) { i.Blur(1); });
+}
+void BM_BlurAlphaFrame(benchmark::State& s)
+{
+    Frame(s, [](CDIB& i) { i.BlurAlpha(); });
+}
+void BM_SetAlphaEdgeFrame(benchmark::State& s)
+{
+    Frame(s, [](CDIB& i) { i.SetAlphaEdge(0); });
+}
 
 void BM_DissolveFrame(benchmark::State& s)
 {

@@ -85,15 +85,9 @@ void MakeDemoMovie(benchmark::State& state, int width, int height, const char* c
     state.counters["render/encode"] = encoding > 0.0 ? rendering / encoding : 0.0;
 }
 
-void Sd(benchmark::State& state, const char* codec)
-{
-    MakeDemoMovie(state, 720, 480, codec);
-}
+void Sd(benchmark::State& state, const char* codec) { MakeDemoMovie(state, 720, 480, codec); }
 
-void Hd(benchmark::State& state, const char* codec)
-{
-    MakeDemoMovie(state, 1920, 1080, codec);
-}
+void Hd(benchmark::State& state, const char* codec) { MakeDemoMovie(state, 1920, 1080, codec); }
 
 BENCHMARK_CAPTURE(Sd, avc1, "avc1")->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK_CAPTURE(Sd, png, "png ")->Unit(benchmark::kMillisecond)->UseRealTime();

@@ -8,29 +8,28 @@
 
 #include <benchmark/benchmark.h>
 
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
 #include <QImage>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <string>
-#include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include "image/cdib.h"
 #include "platform/file/cpfile.h"
 #include "platform/file/fspec.h"
 
-namespace
-{
+namespace {
 
 constexpr long kWidth = 6000;
 constexpr long kHeight = 4000;
 
 FSpec PathSpec(const std::string& path)
 {
-    FSpec spec {};
+    FSpec spec{};
     spec.vRefNum = kPathFormMarker;
     spec.parID = kPathFormMarker;
     std::snprintf(spec.name, sizeof spec.name, "%s", path.c_str());
@@ -132,7 +131,7 @@ double PeakMegabytesOfOneLoad(const std::string& path)
         {
             CDIB image(1, 1, 24);
             if (LoadOnce(path, image) == 0) {
-                rusage usage {};
+                rusage usage{};
                 getrusage(RUSAGE_SELF, &usage);
                 megabytes = (usage.ru_maxrss * 1024.0 - before) / (1024.0 * 1024.0);
             }
@@ -162,23 +161,18 @@ void RunLoad(benchmark::State& state, const std::string& path, int wantBits)
         benchmark::DoNotOptimize(image.bits);
     }
     state.counters["peak_MB"] = PeakMegabytesOfOneLoad(path);
-    state.counters["file_MB"] = static_cast<double>(std::filesystem::file_size(path)) / (1024.0 * 1024.0);
+    state.counters["file_MB"] =
+        static_cast<double>(std::filesystem::file_size(path)) / (1024.0 * 1024.0);
     state.SetItemsProcessed(state.iterations() * kWidth * kHeight);
 }
 
-void BM_LoadBmp24(benchmark::State& state)
-{
-    RunLoad(state, TheFiles().bmp, 24);
-}
+void BM_LoadBmp24(benchmark::State& state) { RunLoad(state, TheFiles().bmp, 24); }
 
-void BM_LoadJpeg(benchmark::State& state)
-{
-    RunLoad(state, TheFiles().jpeg, 32);
-}
+void BM_LoadJpeg(benchmark::State& state) { RunLoad(state, TheFiles().jpeg, 32); }
 
 BENCHMARK(BM_LoadBmp24)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(BM_LoadJpeg)->Unit(benchmark::kMillisecond)->UseRealTime();
 
-} // namespace
+}  // namespace
 
 BENCHMARK_MAIN();

@@ -5,10 +5,10 @@
 
 #include <benchmark/benchmark.h>
 
+#include <unistd.h>
 #include <filesystem>
 #include <memory>
 #include <string>
-#include <unistd.h>
 
 #include "doc/cdoc.h"
 #include "doc/globals.h"
@@ -64,8 +64,8 @@ void RenderFrames(benchmark::State& state, int fieldMode, long blurFrames, bool 
         frame = frame % 2999 + 1;
         benchmark::DoNotOptimize(out.GetBitsAdd(0));
     }
-    state.counters["frames/s"] = benchmark::Counter(static_cast<double>(state.iterations()),
-                                                    benchmark::Counter::kIsRate);
+    state.counters["frames/s"] =
+        benchmark::Counter(static_cast<double>(state.iterations()), benchmark::Counter::kIsRate);
 }
 
 // Two 3000 x 2000 24-bit gradients as BMP files in a folder of their own, removed at exit.
@@ -142,10 +142,11 @@ void RenderDissolve(benchmark::State& state, bool dissolve)
     long step = 0;
     for (auto _ : state) {
         long frame = dissolve ? 100 + step % 50 : step % 100;
-        bool rendered = doc->RenderFrame(frame, 0, false, kFrameWidth, kFrameHeight, &out, dissolve);
+        bool rendered =
+            doc->RenderFrame(frame, 0, false, kFrameWidth, kFrameHeight, &out, dissolve);
         if (dissolve) {
-            rendered = rendered &&
-                       doc->RenderFrame(frame, 0, false, kFrameWidth, kFrameHeight, &incoming, false);
+            rendered = rendered && doc->RenderFrame(frame, 0, false, kFrameWidth, kFrameHeight,
+                                                    &incoming, false);
             out.Dissolve(&incoming, 1.0f - static_cast<float>(frame - 100) / 50.0f);
         }
         if (!rendered)
@@ -153,14 +154,17 @@ void RenderDissolve(benchmark::State& state, bool dissolve)
         ++step;
         benchmark::DoNotOptimize(out.GetBitsAdd(0));
     }
-    state.counters["frames/s"] = benchmark::Counter(static_cast<double>(state.iterations()),
-                                                    benchmark::Counter::kIsRate);
+    state.counters["frames/s"] =
+        benchmark::Counter(static_cast<double>(state.iterations()), benchmark::Counter::kIsRate);
 }
 
 void BM_RenderFrame(benchmark::State& state) { RenderFrames(state, 0, 0, false); }
 void BM_RenderFrameMotionBlur(benchmark::State& state) { RenderFrames(state, 0, 1, false); }
 void BM_RenderFrameBothFields(benchmark::State& state) { RenderFrames(state, 3, 0, false); }
-void BM_RenderFrameBothFieldsMotionBlur(benchmark::State& state) { RenderFrames(state, 3, 1, false); }
+void BM_RenderFrameBothFieldsMotionBlur(benchmark::State& state)
+{
+    RenderFrames(state, 3, 1, false);
+}
 void BM_RenderFrameRotated(benchmark::State& state) { RenderFrames(state, 0, 0, true); }
 
 void BM_RenderPlainFrameOfTheDissolveShow(benchmark::State& state) { RenderDissolve(state, false); }

@@ -73,8 +73,8 @@ void Measure(benchmark::State& state, bool force, bool editedCamera)
             pViewer->Refresh(force);
             benchmark::DoNotOptimize(pViewer->viewImage.GetBitsAdd(0));
         }
-        state.counters["refreshes/s"] =
-            benchmark::Counter(static_cast<double>(state.iterations()), benchmark::Counter::kIsRate);
+        state.counters["refreshes/s"] = benchmark::Counter(static_cast<double>(state.iterations()),
+                                                           benchmark::Counter::kIsRate);
     }
     CloseViewer();
 }

@@ -52,9 +52,12 @@ float CalcEase(float t, float a, float b)
     double result;
     // The order of the tests keeps a = 0 from dividing: the first needs a > t >= 0.
     if (a > t)
-        result = (std::sin(t / static_cast<double>(a) * kQuarterTurnish - kQuarterTurnish) + 1.0) * in / total;
+        result = (std::sin(t / static_cast<double>(a) * kQuarterTurnish - kQuarterTurnish) + 1.0) *
+                 in / total;
     else if (t > b)
-        result = (std::sin((t - static_cast<double>(b)) / (1.0 - b) * kQuarterTurnish) * out + middle + in) / total;
+        result = (std::sin((t - static_cast<double>(b)) / (1.0 - b) * kQuarterTurnish) * out +
+                  middle + in) /
+                 total;
     else
         result = (t + in - a) / total;
     return static_cast<float>(result);
@@ -70,7 +73,8 @@ float CurveFit(int n, const KeyStruct* keys, int field, long r, int secondField,
 
     // Tangents: 0 at the first key; at each inner key the neighbours' slope, flattened where the
     // two moves differ much in length; the last segment ends as if a mirrored key followed.
-    double a = std::fabs(std::trunc(static_cast<double>(FieldValue(keys[1], field)) - FieldValue(keys[0], field)));
+    double a = std::fabs(
+        std::trunc(static_cast<double>(FieldValue(keys[1], field)) - FieldValue(keys[0], field)));
     double m0 = 0.0;
     double m1 = 0.0;
     for (int i = 0; i <= n - 2; ++i) {
@@ -186,7 +190,8 @@ void RotateRect(tagRECT& r, float degrees, const tagPOINT& centre)
     // The new top keeps its single-precision products and its 0.05: placed frames depend on it.
     float along = static_cast<float>(x * s);
     float across = static_cast<float>(y * c);
-    r.top = Coordinate(Coordinate(static_cast<double>(along + across) + 0.05) + static_cast<double>(centre.y));
+    r.top = Coordinate(Coordinate(static_cast<double>(along + across) + 0.05) +
+                       static_cast<double>(centre.y));
     r.right = corner.x;
     r.bottom = corner.y;
 }

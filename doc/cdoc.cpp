@@ -6,16 +6,12 @@
 #include "doc/frame_math.h"
 #include "doc/globals.h"
 #include "platform/base/env.h"
-#include "platform/task/worker.h"
 #include "platform/ini/settings.h"
+#include "platform/task/worker.h"
 
 CDoc* pDoc = nullptr;
 
-void KeyIdentity(KeyStruct& key)
-{
-    std::memset(&key, 0, sizeof key);
-}
-
+void KeyIdentity(KeyStruct& key) { std::memset(&key, 0, sizeof key); }
 
 CDoc::CDoc() : image(16, 16, 8), lookAheadImage(16, 16, 8)
 {
@@ -26,10 +22,7 @@ CDoc::CDoc() : image(16, 16, 8), lookAheadImage(16, 16, 8)
 
 CDoc::~CDoc() = default;
 
-float CDoc::AspectRatioOf(int mode)
-{
-    return static_cast<float>(mode / 5 * 5) / 10000.0f;
-}
+float CDoc::AspectRatioOf(int mode) { return static_cast<float>(mode / 5 * 5) / 10000.0f; }
 
 void CDoc::ReadSettings()
 {
@@ -104,10 +97,7 @@ void CDoc::SetPicStart(long frame, int pic)
         keys[pic][0].PicStart = static_cast<float>(frame);
 }
 
-int CDoc::GetKeyCount(int pic) const
-{
-    return IsPicture(pic) ? keyCount[pic] : 0;
-}
+int CDoc::GetKeyCount(int pic) const { return IsPicture(pic) ? keyCount[pic] : 0; }
 
 void CDoc::GetKey(int key, KeyStruct& out, int pic) const
 {

@@ -29,8 +29,8 @@ class DocEditor;
 // What came of opening a show file.
 enum class ShowFileResult {
     kOpened,
-    kCantOpen,   // missing or unreadable
-    kNotAShow,   // read, but not a show: the current show is left as it was
+    kCantOpen,  // missing or unreadable
+    kNotAShow,  // read, but not a show: the current show is left as it was
 };
 
 struct PicturePreparation;
@@ -161,8 +161,8 @@ public:
     bool hasExtraSpec = false;
     long showLength = 1800;  // frames
     bool dirty = false;
-    uint8_t standalone = 0;  // 1 when running as its own application, 0 hosted in a video editor
-    uint16_t showID = 0;     // random at each save, 0 after ClearShow
+    uint8_t standalone = 0;   // 1 when running as its own application, 0 hosted in a video editor
+    uint16_t showID = 0;      // random at each save, 0 after ClearShow
     ShowFileRecord showFile;  // where the show was opened from or saved to; cleared by ClearShow
     KeyClipboard clipboard;   // the key Copy and Cut keep for Paste
 
@@ -178,20 +178,20 @@ public:
     uint16_t showWord = 12850;  // the two contrast settings
     // Load results (1 loaded, 0 failed, 2 failed and replaced by the placeholder) of the
     // pictures held in the three images.
-    int picLoadState = 1;       // of the picture in `image`
-    int curPic = 0;             // picture held in `image`, -1 none
-    int previousPic = -1;       // picture held in `previousImage`, -1 none
+    int picLoadState = 1;  // of the picture in `image`
+    int curPic = 0;        // picture held in `image`, -1 none
+    int previousPic = -1;  // picture held in `previousImage`, -1 none
     int previousLoadState = 1;
-    int lookAheadPic = -1;      // picture held in `lookAheadImage`, -1 none
+    int lookAheadPic = -1;  // picture held in `lookAheadImage`, -1 none
     int lookAheadLoadState = 1;
-    bool loadBusy = false;       // a picture load is under way
-    KeyStruct currentCamera{};   // the camera GotoFrame computed last
-    int pictureFailures = 0;     // pictures that could not be read since the show was cleared
-    int pictureFileLoads = 0;    // picture files read since the show was cleared
-    FSpec failedPicture{};       // the last of them
+    bool loadBusy = false;      // a picture load is under way
+    KeyStruct currentCamera{};  // the camera GotoFrame computed last
+    int pictureFailures = 0;    // pictures that could not be read since the show was cleared
+    int pictureFileLoads = 0;   // picture files read since the show was cleared
+    FSpec failedPicture{};      // the last of them
 
     // --- Settings read at construction ---------------------------------------------------------
-    int defaultEase = 0;   // "EaseType": low four bits the kind, bit 4 (16) no curves
+    int defaultEase = 0;    // "EaseType": low four bits the kind, bit 4 (16) no curves
     int aspectMode = 7500;  // height / width x 10000; the last digit below 5 is a variant
     float aspectRatio = 0.75f;
     bool alwaysUseRotation = false;

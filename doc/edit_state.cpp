@@ -22,7 +22,4 @@ void ShowFileRecord::Clear()
     std::memset(path, 0, sizeof path);
 }
 
-int CDoc::GetKeySelection() const
-{
-    return FindKey(gCurFrame);
-}
+int CDoc::GetKeySelection() const { return FindKey(gCurFrame); }

@@ -13,10 +13,7 @@ inline int32_t FrameOf(double value)
     return static_cast<int32_t>(std::clamp(std::trunc(value), -2147483648.0, 2147483647.0));
 }
 
-inline long FrameOfFloat(float value)
-{
-    return FrameOf(static_cast<double>(value));
-}
+inline long FrameOfFloat(float value) { return FrameOf(static_cast<double>(value)); }
 
 // Indices of the tables: a picture a show may use, and a slot including the scratch slot 64.
 inline bool IsPicture(int pic)

@@ -8,7 +8,4 @@ extern long gFrameRate;
 extern long gCurFrame;
 
 // Whole frames per second: 30 at 2997, 25 at 2500, 24 at 2397 and 2400.
-inline long FramesPerSecond()
-{
-    return (gFrameRate + 50) / 100;
-}
+inline long FramesPerSecond() { return (gFrameRate + 50) / 100; }

@@ -19,10 +19,7 @@
 namespace {
 
 // The contrast settings that leave a picture alone: the characters '1' to '3'.
-bool IsNeutralContrast(int value)
-{
-    return value >= 49 && value <= 51;
-}
+bool IsNeutralContrast(int value) { return value >= 49 && value <= 51; }
 
 }  // namespace
 
@@ -66,8 +63,8 @@ int lbThreadFunc(void* block)
     if (request->busy != nullptr)
         *request->busy = true;
     CDIB loaded(1, 1, 24);
-    const FSpec* alternative = request->alternativeFolder.name[0] != '\0' ? &request->alternativeFolder
-                                                                           : nullptr;
+    const FSpec* alternative =
+        request->alternativeFolder.name[0] != '\0' ? &request->alternativeFolder : nullptr;
     int result = loaded.Load(&request->spec, const_cast<FSpec*>(alternative), request->showErrors);
     if (result != 0 && !PreparePicture(*request->target, loaded, request->preparation))
         result = 0;
@@ -169,7 +166,8 @@ void CDoc::LoadPicture(FSpec* file, int pic, long start)
     CDIB loaded(1, 1, 24);
     FSpec alternative = AlternativeFolder();
     ++pictureFileLoads;
-    int result = loaded.Load(file, alternative.name[0] != '\0' ? &alternative : nullptr, showPicError);
+    int result =
+        loaded.Load(file, alternative.name[0] != '\0' ? &alternative : nullptr, showPicError);
     // Whatever the outcome, the image no longer stands for the picture it held.
     ForgetLoadedPictures();
     picLoadState = result;

@@ -10,9 +10,9 @@
 // How a loaded picture is made ready: a border of matte colour, the depth, and the adjustments.
 struct PicturePreparation {
     long matteColor = 0;
-    int border = 0;      // half-percent of the picture width; negative tints with the matte colour
-    int depth = 24;      // the document's depth: 32, or 24 when alpha is ignored
-    int preBlur = 0;     // blur pass first when above 0
+    int border = 0;   // half-percent of the picture width; negative tints with the matte colour
+    int depth = 24;   // the document's depth: 32, or 24 when alpha is ignored
+    int preBlur = 0;  // blur pass first when above 0
     uint16_t showWord = 12850;  // two contrast settings, low byte first; 49..51 both mean none
     bool videoColors = false;
 };
@@ -32,8 +32,8 @@ bool PreparePicture(CDIB& target, const CDIB& picture, const PicturePreparation&
 struct PictureLoadRequest {
     CDIB* target = nullptr;
     FSpec spec{};
-    bool* busy = nullptr;              // set while the load runs
-    int* result = nullptr;          // the loader's result (1 loaded, 0 failed, 2 placeholder)
+    bool* busy = nullptr;   // set while the load runs
+    int* result = nullptr;  // the loader's result (1 loaded, 0 failed, 2 placeholder)
     PicturePreparation preparation;
     FSpec alternativeFolder{};  // path form of "AltImageFolder"; empty name for none
     bool showErrors = true;     // "ShowPicError"

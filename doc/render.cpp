@@ -78,7 +78,8 @@ bool CDoc::SecondFieldFlag(bool secondField) const
     return gFrameRate >= 2401 && gFrameRate <= 4000 ? flag : false;
 }
 
-bool CDoc::FilterCamera(CDIB* out, int pic, long frame, bool secondField, int quality, int fieldCode)
+bool CDoc::FilterCamera(CDIB* out, int pic, long frame, bool secondField, int quality,
+                        int fieldCode)
 {
     float aspect = aspectMode == kLetterboxMode ? 0.75f : aspectRatio;
     KeyStruct camera;
@@ -97,7 +98,8 @@ bool CDoc::FilterCamera(CDIB* out, int pic, long frame, bool secondField, int qu
 bool CDoc::RenderFrame(long frame, int fieldMode, bool oddField, int width, int height, CDIB* out,
                        bool outgoing)
 {
-    if (out == nullptr || width < 1 || width > kMaxImageSide || height < 1 || height > kMaxImageSide)
+    if (out == nullptr || width < 1 || width > kMaxImageSide || height < 1 ||
+        height > kMaxImageSide)
         return false;
     int quality = draftRender ? 0 : 100;
     frame = std::max(frame, 0L);

@@ -41,7 +41,8 @@ const auto gProgramStart = std::chrono::steady_clock::now();
 long MillisecondsSinceStart()
 {
     auto elapsed = std::chrono::steady_clock::now() - gProgramStart;
-    return static_cast<long>(std::chrono::duration_cast<std::chrono::milliseconds>(elapsed).count());
+    return static_cast<long>(
+        std::chrono::duration_cast<std::chrono::milliseconds>(elapsed).count());
 }
 
 void Put(char* buffer, long& at, const void* value, long bytes)
@@ -53,7 +54,10 @@ void Put(char* buffer, long& at, const void* value, long bytes)
 // Reads the numbers of a show file in either byte order, never past its end.
 class ShowReader {
 public:
-    ShowReader(const char* bytes, long length, bool swap) : bytes_(bytes), length_(length), swap_(swap) {}
+    ShowReader(const char* bytes, long length, bool swap)
+        : bytes_(bytes), length_(length), swap_(swap)
+    {
+    }
 
     bool Fits(long count) const { return count >= 0 && at_ <= length_ - count; }
     long At() const { return at_; }
@@ -179,7 +183,8 @@ long CDoc::SaveShow([[maybe_unused]] FSpec* file, char* buffer)
     return size;
 }
 
-bool CDoc::LoadShow([[maybe_unused]] FSpec* file, const char* buffer, long bufferSize, bool gotoStart)
+bool CDoc::LoadShow([[maybe_unused]] FSpec* file, const char* buffer, long bufferSize,
+                    bool gotoStart)
 {
     if (buffer == nullptr || bufferSize < kHeaderBytes)
         return false;

@@ -24,15 +24,9 @@ unsigned long ExactRate()
 }
 
 // Whole frames per second: 30 at 2997, 25 at 2500, 24 at 2400.
-unsigned long RoundedRate()
-{
-    return (ExactRate() + 50) / 100;
-}
+unsigned long RoundedRate() { return (ExactRate() + 50) / 100; }
 
-unsigned long AtLeastOne(unsigned long value)
-{
-    return value == 0 ? 1 : value;
-}
+unsigned long AtLeastOne(unsigned long value) { return value == 0 ? 1 : value; }
 
 // "00" to "59", built once.
 struct TwoDigitTable {
@@ -55,17 +49,15 @@ char* PutTwoDigits(char* out, unsigned long value)
     return out + 2;
 }
 
-bool IsDigit(char c)
-{
-    return c >= '0' && c <= '9';
-}
+bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
 }  // namespace
 
 void FrameToString(char* out, long frame, bool shortForm)
 {
     // The magnitude in unsigned arithmetic, so the most negative frame has one too.
-    unsigned long n = frame < 0 ? 0UL - static_cast<unsigned long>(frame) : static_cast<unsigned long>(frame);
+    unsigned long n =
+        frame < 0 ? 0UL - static_cast<unsigned long>(frame) : static_cast<unsigned long>(frame);
     unsigned long rate = ExactRate();
 
     unsigned long hourFrames = rate * 36;  // frames in an hour at the exact rate

@@ -13,11 +13,7 @@
 // keys come from a damaged show, and sampling them would only stall the program.
 static constexpr long kMaxUniformSpeedFrames = 24L * 3600 * 60;
 
-static bool IsSlot(int pic)
-{
-    return pic >= 0 && pic < kPictureSlots;
-}
-
+static bool IsSlot(int pic) { return pic >= 0 && pic < kPictureSlots; }
 
 bool CDoc::ShiftKeys(long frame, long delta)
 {
@@ -210,7 +206,9 @@ void CDoc::ConstantMotion(int pic)
     for (int key = 1; key < n; ++key) {
         long from = keys[pic][key - 1].Frame;
         long to = keys[pic][key].Frame;
-        double segment = to - 1 > from && to - from <= kMaxUniformSpeedFrames ? PathLength(*this, pic, from, to - 1) : 0.0;
+        double segment = to - 1 > from && to - from <= kMaxUniformSpeedFrames
+                             ? PathLength(*this, pic, from, to - 1)
+                             : 0.0;
         Do(keys[pic][key], key, pic);
         int32_t frames = FrameOf(segment / average);
         if (frames < 1)

@@ -2,20 +2,19 @@
 // What the picture reader fuzz targets share: the input put into a file that CPFile opens (on
 // the memory file system when there is one), and the checks every loaded image must pass.
 
+#include <fcntl.h>
+#include <unistd.h>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <fcntl.h>
 #include <string>
-#include <unistd.h>
 
 #include "image/cdib.h"
 #include "platform/file/cpfile.h"
 #include "platform/file/fspec.h"
 
-namespace pxfuzz
-{
+namespace pxfuzz {
 
 inline void Check(bool condition)
 {
@@ -24,8 +23,7 @@ inline void Check(bool condition)
 }
 
 // A file of this process, removed at exit: "<folder>/px-fuzz-<pid>-<name>".
-class ScratchFile
-{
+class ScratchFile {
 public:
     explicit ScratchFile(const char* name)
     {
@@ -33,7 +31,7 @@ public:
         if (folder == nullptr)
             folder = std::getenv("TMPDIR") != nullptr ? std::getenv("TMPDIR") : "/tmp";
         path_ = std::string(folder) + "/px-fuzz-" + std::to_string(getpid()) + "-" + name;
-        spec_ = FSpec {};
+        spec_ = FSpec{};
         spec_.vRefNum = kPathFormMarker;
         spec_.parID = kPathFormMarker;
         std::snprintf(spec_.name, sizeof spec_.name, "%s", path_.c_str());
@@ -97,17 +95,15 @@ constexpr long kLargestFuzzPicture = 256L << 10;
 // refused here as a Create without memory is, so the readers still run their out-of-memory path
 // (code 6) for it; the image keeps what it held, and a reader that wrote into it anyway would be
 // caught by the sanitizers.
-class FuzzDIB : public CDIB
-{
+class FuzzDIB : public CDIB {
 public:
-    FuzzDIB(long width, long height, int bitsPerPixel)
-        : CDIB(width, height, bitsPerPixel)
-    {
-    }
+    FuzzDIB(long width, long height, int bitsPerPixel) : CDIB(width, height, bitsPerPixel) {}
     bool Create(long width, long height, int bitsPerPixel) override
     {
-        const bool valid = width >= 1 && width <= kMaxImageSide && height >= 1 && height <= kMaxImageSide;
-        if (valid && width * height * (bitsPerPixel > 8 ? bitsPerPixel / 8 : 1) > kLargestFuzzPicture)
+        const bool valid =
+            width >= 1 && width <= kMaxImageSide && height >= 1 && height <= kMaxImageSide;
+        if (valid &&
+            width * height * (bitsPerPixel > 8 ? bitsPerPixel / 8 : 1) > kLargestFuzzPicture)
             return false;
         return CDIB::Create(width, height, bitsPerPixel);
     }
@@ -125,4 +121,4 @@ inline bool SameRows(const CDIB& a, const CDIB& b)
     return true;
 }
 
-} // namespace pxfuzz
+}  // namespace pxfuzz

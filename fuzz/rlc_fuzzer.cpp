@@ -9,8 +9,7 @@
 
 #include "image/rlc.h"
 
-namespace
-{
+namespace {
 
 void Check(bool condition)
 {
@@ -43,18 +42,20 @@ std::vector<unsigned char> Model(const std::vector<unsigned char>& in, size_t si
     return out;
 }
 
-} // namespace
+}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
     if (size < 2)
         return 0;
-    const size_t rowBytes = (static_cast<size_t>(data[0]) | static_cast<size_t>(data[1]) << 8) % 4096;
+    const size_t rowBytes =
+        (static_cast<size_t>(data[0]) | static_cast<size_t>(data[1]) << 8) % 4096;
     std::vector<unsigned char> input(data + 2, data + size);
     std::vector<unsigned char> row(rowBytes);
     unsigned char* inputAt = input.empty() ? nullptr : input.data();
     unsigned char* rowAt = row.empty() ? nullptr : row.data();
-    long written = RLCUnPack(inputAt, static_cast<long>(input.size()), rowAt, static_cast<long>(rowBytes));
+    long written =
+        RLCUnPack(inputAt, static_cast<long>(input.size()), rowAt, static_cast<long>(rowBytes));
     Check(written >= 0 && static_cast<size_t>(written) <= rowBytes);
     std::vector<unsigned char> expected = Model(input, rowBytes);
     Check(static_cast<size_t>(written) == expected.size());

@@ -27,10 +27,7 @@ void Check(bool condition)
 }
 
 // The text up to its first NUL, as a C string would see it.
-std::string CText(const std::string& bytes)
-{
-    return std::string(bytes.c_str());
-}
+std::string CText(const std::string& bytes) { return std::string(bytes.c_str()); }
 
 // The store's rules, written the long way round.
 struct Model {
@@ -170,7 +167,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
             CheckStore(model);
             // Numbers beyond 32 bits are written whole but read as the default.
             if (accepted)
-                Check(GetIniItem(key.c_str(), number ^ 1) == (Within32Bits(number) ? number : (number ^ 1)));
+                Check(GetIniItem(key.c_str(), number ^ 1) ==
+                      (Within32Bits(number) ? number : (number ^ 1)));
             break;
         }
         default: {
@@ -181,7 +179,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
             errno = 0;
             long long number = std::strtoll(text.c_str(), &end, 10);
             bool readable = end != text.c_str() && errno != ERANGE && Within32Bits(number);
-            Check(GetIniItem(key.c_str(), fallback) == (readable ? static_cast<long>(number) : fallback));
+            Check(GetIniItem(key.c_str(), fallback) ==
+                  (readable ? static_cast<long>(number) : fallback));
             break;
         }
         }

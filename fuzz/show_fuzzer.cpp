@@ -92,7 +92,8 @@ int HostPicture(CDIB* target)
     if (target == nullptr || !target->Create(kPictureWidth, kPictureHeight, 24))
         return 0;
     for (int row = 0; row < kPictureHeight; ++row)
-        std::memset(target->GetBitsAdd(row), 40 + row * 50, static_cast<size_t>(target->GetRowBytes()));
+        std::memset(target->GetBitsAdd(row), 40 + row * 50,
+                    static_cast<size_t>(target->GetRowBytes()));
     return turn == 0 ? 1 : 2;
 }
 
@@ -128,7 +129,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     for (int i = 0; fromFiles && i < kScriptedAnswers; ++i)
         PushMessageBoxAnswer(kBoxYes);
 
-    if (doc.LoadShow(nullptr, reinterpret_cast<const char*>(data), static_cast<long>(size), false)) {
+    if (doc.LoadShow(nullptr, reinterpret_cast<const char*>(data), static_cast<long>(size),
+                     false)) {
         CDIB frame(kFrameWidth, kFrameHeight, 32);
         doc.RenderFrame(static_cast<long>(size % 97), static_cast<int>(size % 4), (size & 1) != 0,
                         kFrameWidth, kFrameHeight, &frame, (size & 2) != 0);

@@ -101,8 +101,8 @@ bool CDIB::AddAlpha(CDIB* matte)
             matte->GetLine(row, matteLine.get(), matteRowBytes);
         unsigned char* out = outLine.get();
         for (int x = 0; x < width; ++x, out += 4) {
-            std::array<unsigned char, 3> colour = ReadColour(oldLine, x, oldBytes,
-                                                             oldPalette.data());
+            std::array<unsigned char, 3> colour =
+                ReadColour(oldLine, x, oldBytes, oldPalette.data());
             out[0] = colour[0];
             out[1] = colour[1];
             out[2] = colour[2];

@@ -71,9 +71,8 @@ int mfThreadFunc(void* taskBlock)
     CameraTask* task = &static_cast<CameraTaskBlock*>(taskBlock)->task;
     bool done = task->destination != nullptr &&
                 task->destination->FilterCrop(task->source, task->left, task->top, task->width,
-                                              task->height, task->angle, task->tiltV,
-                                              task->tiltH, task->part, task->quality,
-                                              task->fieldCode);
+                                              task->height, task->angle, task->tiltV, task->tiltH,
+                                              task->part, task->quality, task->fieldCode);
     task->busy = 0;
     return done ? 1 : 0;
 }
@@ -94,8 +93,8 @@ bool CDIB::FilterCropMulti(CDIB* source, float left, float top, float width, flo
         return FilterCrop(source, left, top, width, height, angle, tiltV, tiltH, 0, quality,
                           fieldCode);
     std::memset(block, 0, sizeof(CameraTaskBlock));
-    block->task = CameraTask{source, this, left,    top,     width,     height, angle,
-                             tiltV,  tiltH, 1,      quality, fieldCode, 1};
+    block->task = CameraTask{source, this,  left, top,     width,     height, angle,
+                             tiltV,  tiltH, 1,    quality, fieldCode, 1};
 
     // The worker renders the rows below the middle from its copy of the block, this thread the
     // rest; the two never write the same row.

@@ -21,13 +21,13 @@ struct CameraTask {
     float top;          // first window row, source storage rows
     float width;
     float height;
-    float angle;        // degrees
-    float tiltV;        // degrees
-    float tiltH;        // degrees
-    uint8_t part;       // 1: the worker renders the first half
+    float angle;   // degrees
+    float tiltV;   // degrees
+    float tiltH;   // degrees
+    uint8_t part;  // 1: the worker renders the first half
     int32_t quality;
     int32_t fieldCode;
-    uint8_t busy;       // 1 when handed over; the worker clears it in its copy when done
+    uint8_t busy;  // 1 when handed over; the worker clears it in its copy when done
 };
 
 // The block as allocated and copied: the fields above, the rest of the 256 bytes clear.
@@ -75,7 +75,4 @@ extern bool gCameraFilterPlainLoops;
 // The outside colour: blue = green = red = 17 (deliberately a dark grey, not black) with alpha 0
 // from a 32-bit source and 255 from a 24-bit one.
 constexpr unsigned char kOutsideLevel = 0x11;
-inline unsigned char OutsideAlpha(int sourceBits)
-{
-    return sourceBits == 32 ? 0 : 255;
-}
+inline unsigned char OutsideAlpha(int sourceBits) { return sourceBits == 32 ? 0 : 255; }

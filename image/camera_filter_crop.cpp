@@ -233,8 +233,8 @@ bool CDIB::FilterCrop(CDIB* source, float left, float top, float width, float he
     }
 
     // Up to 4 pixels per column (reductions to a quarter and enlargements): the branch-free pass.
-    const int tapCount = MakeCropTaps(work.columns, destinationWidth,
-                                      static_cast<uint32_t>(lineBytes), work.taps);
+    const int tapCount =
+        MakeCropTaps(work.columns, destinationWidth, static_cast<uint32_t>(lineBytes), work.taps);
 
     for (int r = rows.first; r < rows.end; r += rows.step) {
         unsigned char* out = GetBitsAdd(r);

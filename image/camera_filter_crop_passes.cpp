@@ -31,8 +31,8 @@ inline uint32_t RowCoefficient(int k, int count, uint32_t first, uint32_t middle
 }
 
 // One byte of the row pass from premultiplied coefficients, sums in 32 bits.
-inline unsigned char BlendRowByte(const unsigned char* rows, long stride, int count,
-                                  uint32_t first, uint32_t middle, uint32_t last, long i)
+inline unsigned char BlendRowByte(const unsigned char* rows, long stride, int count, uint32_t first,
+                                  uint32_t middle, uint32_t last, long i)
 {
     uint32_t sum = 0;
     for (int k = 0; k < count; ++k)
@@ -239,9 +239,10 @@ __attribute__((target("avx2"))) void BlendRowsAvx2(const unsigned char* rows, lo
                 low = _mm256_add_epi32(low, _mm256_mullo_epi32(betweenLow, middleCoefficient));
                 high = _mm256_add_epi32(high, _mm256_mullo_epi32(betweenHigh, middleCoefficient));
             }
-            low = _mm256_add_epi32(low, _mm256_mullo_epi32(LoadEight(lastRow + i), lastCoefficient));
-            high = _mm256_add_epi32(high,
-                                    _mm256_mullo_epi32(LoadEight(lastRow + i + 8), lastCoefficient));
+            low =
+                _mm256_add_epi32(low, _mm256_mullo_epi32(LoadEight(lastRow + i), lastCoefficient));
+            high = _mm256_add_epi32(
+                high, _mm256_mullo_epi32(LoadEight(lastRow + i + 8), lastCoefficient));
         }
         StoreSixteen(low, high, line + i);
     }
@@ -276,14 +277,16 @@ __attribute__((target("avx2"))) void BlendColumnsAvx2(const unsigned char* line,
             continue;
         }
         const unsigned char* pixel = line + column.offset;
-        __m128i sum = _mm_mullo_epi32(LoadPixel(pixel), _mm_set1_epi32(static_cast<int>(column.first)));
+        __m128i sum =
+            _mm_mullo_epi32(LoadPixel(pixel), _mm_set1_epi32(static_cast<int>(column.first)));
         if (column.count > 1) {
             const __m128i middle = _mm_set1_epi32(static_cast<int>(column.middle));
             for (int k = 1; k < column.count - 1; ++k)
-                sum = _mm_add_epi32(sum, _mm_mullo_epi32(LoadPixel(pixel + k * PixelBytes), middle));
-            sum = _mm_add_epi32(
-                sum, _mm_mullo_epi32(LoadPixel(pixel + (column.count - 1) * PixelBytes),
-                                     _mm_set1_epi32(static_cast<int>(column.last))));
+                sum =
+                    _mm_add_epi32(sum, _mm_mullo_epi32(LoadPixel(pixel + k * PixelBytes), middle));
+            sum = _mm_add_epi32(sum,
+                                _mm_mullo_epi32(LoadPixel(pixel + (column.count - 1) * PixelBytes),
+                                                _mm_set1_epi32(static_cast<int>(column.last))));
         }
         sum = _mm_srli_epi32(sum, kReciprocalShift);
         __m128i bytes = _mm_packus_epi16(_mm_packus_epi32(sum, sum), _mm_setzero_si128());
@@ -293,10 +296,7 @@ __attribute__((target("avx2"))) void BlendColumnsAvx2(const unsigned char* line,
 }
 
 // True when the vector loops are to be used.
-bool UseAvx2()
-{
-    return !gCameraFilterPlainLoops && HasAvx2();
-}
+bool UseAvx2() { return !gCameraFilterPlainLoops && HasAvx2(); }
 
 // One destination pixel from its taps, its channels in the four 32-bit lanes, scaled back.
 template <int PixelBytes, int Taps>
@@ -304,18 +304,19 @@ __attribute__((target("avx2"))) inline __m128i TapPixel(const unsigned char* lin
                                                         const CropTaps& taps)
 {
     const unsigned char* at = line + taps.offset;
-    __m128i sum = _mm_mullo_epi32(LoadPixel(at), _mm_set1_epi32(static_cast<int>(taps.coefficient[0])));
+    __m128i sum =
+        _mm_mullo_epi32(LoadPixel(at), _mm_set1_epi32(static_cast<int>(taps.coefficient[0])));
     for (int k = 1; k < Taps; ++k)
-        sum = _mm_add_epi32(sum, _mm_mullo_epi32(LoadPixel(at + k * PixelBytes),
-                                                 _mm_set1_epi32(static_cast<int>(taps.coefficient[k]))));
+        sum = _mm_add_epi32(sum,
+                            _mm_mullo_epi32(LoadPixel(at + k * PixelBytes),
+                                            _mm_set1_epi32(static_cast<int>(taps.coefficient[k]))));
     return _mm_srli_epi32(sum, kReciprocalShift);
 }
 
 // Four destination pixels per step, packed together into one 16-byte store.
 template <int PixelBytes, int Taps>
-__attribute__((target("avx2"))) void BlendTapsAvx2(const unsigned char* line,
-                                                   const CropTaps* taps, int width,
-                                                   unsigned char* out)
+__attribute__((target("avx2"))) void BlendTapsAvx2(const unsigned char* line, const CropTaps* taps,
+                                                   int width, unsigned char* out)
 {
     const __m128i opaque = _mm_set1_epi32(PixelBytes == 3 ? static_cast<int>(0xFF000000u) : 0);
     int x = 0;
@@ -329,8 +330,8 @@ __attribute__((target("avx2"))) void BlendTapsAvx2(const unsigned char* line,
     }
     for (; x < width; ++x) {
         __m128i sum = TapPixel<PixelBytes, Taps>(line, taps[x]);
-        __m128i bytes = _mm_or_si128(
-            _mm_packus_epi16(_mm_packus_epi32(sum, sum), _mm_setzero_si128()), opaque);
+        __m128i bytes =
+            _mm_or_si128(_mm_packus_epi16(_mm_packus_epi32(sum, sum), _mm_setzero_si128()), opaque);
         int32_t value = _mm_cvtsi128_si32(bytes);
         std::memcpy(out + 4 * x, &value, sizeof value);
     }
@@ -418,8 +419,8 @@ int MakeCropTaps(const CropColumn* columns, int destinationWidth, uint32_t padOf
         } else {
             tap.offset = column.offset;
             for (int k = 0; k < column.count; ++k)
-                tap.coefficient[k] = k == 0 ? column.first
-                                            : (k == column.count - 1 ? column.last : column.middle);
+                tap.coefficient[k] =
+                    k == 0 ? column.first : (k == column.count - 1 ? column.last : column.middle);
         }
     }
     return tapCount;

@@ -28,8 +28,8 @@ struct Span {
 // weights are premultiplied by the reciprocal: (w0 × p0 + 256 × p1 … + w1 × pn) × R is
 // w0R × p0 + 256R × p1 … + w1R × pn, and it fits 32 bits.
 struct CropColumn {
-    uint32_t offset;      // line buffer byte of the first pixel read
-    int32_t count;        // pixels read; -1 outside the picture
+    uint32_t offset;  // line buffer byte of the first pixel read
+    int32_t count;    // pixels read; -1 outside the picture
     uint32_t first;
     uint32_t middle;
     uint32_t last;

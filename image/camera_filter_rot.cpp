@@ -86,8 +86,7 @@ void SampleNearest(const SourceView& source, const SampleLine& line, int dy, int
             WriteOutside(out, OutsideAlpha(PixelBytes * 8));
             continue;
         }
-        const unsigned char* pixel = source.base +
-                                     static_cast<ptrdiff_t>(row) * source.rowBytes +
+        const unsigned char* pixel = source.base + static_cast<ptrdiff_t>(row) * source.rowBytes +
                                      static_cast<ptrdiff_t>(column) * PixelBytes;
         out[0] = pixel[0];
         out[1] = pixel[1];
@@ -100,8 +99,8 @@ void SampleNearest(const SourceView& source, const SampleLine& line, int dy, int
 
 // Samples `first` to `width` - 1 of the row into `out` (the row's first pixel) + 4 × sample.
 template <int PixelBytes>
-void SampleBilinear(const SourceView& source, const SampleLine& line, int dy, int first,
-                    int width, unsigned char* out)
+void SampleBilinear(const SourceView& source, const SampleLine& line, int dy, int first, int width,
+                    unsigned char* out)
 {
     const float columnLimit = static_cast<float>(source.width - line.dx - 1);
     const float rowLimit = static_cast<float>(source.height - dy - 1);
@@ -127,11 +126,10 @@ void SampleBilinear(const SourceView& source, const SampleLine& line, int dy, in
         const unsigned char* p10 = p00 + down;
         const unsigned char* p11 = p10 + across;
         for (int c = 0; c < PixelBytes; ++c) {
-            float top = static_cast<float>(p00[c]) +
-                        static_cast<float>(p01[c] - p00[c]) * fx;
-            float bottom = static_cast<float>(p10[c]) +
-                           static_cast<float>(p11[c] - p10[c]) * fx;
-            out[4 * x + c] = static_cast<unsigned char>(static_cast<int>(top + (bottom - top) * fy));
+            float top = static_cast<float>(p00[c]) + static_cast<float>(p01[c] - p00[c]) * fx;
+            float bottom = static_cast<float>(p10[c]) + static_cast<float>(p11[c] - p10[c]) * fx;
+            out[4 * x + c] =
+                static_cast<unsigned char>(static_cast<int>(top + (bottom - top) * fy));
         }
         if constexpr (PixelBytes == 3)
             out[4 * x + 3] = 255;
@@ -172,8 +170,8 @@ __attribute__((target("avx2"))) inline __m256i InterpolateChannel(__m256i w00, _
 // bytes past the last row); that byte is dropped and alpha is 255.
 template <int PixelBytes>
 __attribute__((target("avx2"))) void SampleBilinearAvx2(const SourceView& source,
-                                                        const SampleLine& line, int dy,
-                                                        int width, unsigned char* out)
+                                                        const SampleLine& line, int dy, int width,
+                                                        unsigned char* out)
 {
     const __m256 columnLow = _mm256_set1_ps(static_cast<float>(line.dx));
     const __m256 columnLimit = _mm256_set1_ps(static_cast<float>(source.width - line.dx - 1));
@@ -187,8 +185,8 @@ __attribute__((target("avx2"))) void SampleBilinearAvx2(const SourceView& source
     const __m256i pixelBytes = _mm256_set1_epi32(PixelBytes);
     const __m256i lanes = _mm256_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7);
     const __m256i opaque = _mm256_set1_epi32(PixelBytes == 3 ? static_cast<int>(0xFF000000u) : 0);
-    const __m256i outside = _mm256_set1_epi32(static_cast<int>(
-        0x111111u | static_cast<uint32_t>(OutsideAlpha(PixelBytes * 8)) << 24));
+    const __m256i outside = _mm256_set1_epi32(
+        static_cast<int>(0x111111u | static_cast<uint32_t>(OutsideAlpha(PixelBytes * 8)) << 24));
     const auto* p00 = reinterpret_cast<const int*>(source.base);
     const auto* p01 = reinterpret_cast<const int*>(source.base + line.dx * PixelBytes);
     const auto* p10 = reinterpret_cast<const int*>(source.base + dy * source.rowBytes);
@@ -200,11 +198,10 @@ __attribute__((target("avx2"))) void SampleBilinearAvx2(const SourceView& source
         __m256 column = _mm256_add_ps(startColumn, _mm256_mul_ps(xs, columnStep));
         __m256 row = _mm256_add_ps(startRow, _mm256_mul_ps(xs, rowStep));
         // Ordered comparisons: a position that is not a number is outside.
-        __m256 inside = _mm256_and_ps(
-            _mm256_and_ps(_mm256_cmp_ps(column, columnLow, _CMP_GE_OQ),
-                          _mm256_cmp_ps(column, columnLimit, _CMP_LE_OQ)),
-            _mm256_and_ps(_mm256_cmp_ps(row, rowLow, _CMP_GE_OQ),
-                          _mm256_cmp_ps(row, rowLimit, _CMP_LE_OQ)));
+        __m256 inside = _mm256_and_ps(_mm256_and_ps(_mm256_cmp_ps(column, columnLow, _CMP_GE_OQ),
+                                                    _mm256_cmp_ps(column, columnLimit, _CMP_LE_OQ)),
+                                      _mm256_and_ps(_mm256_cmp_ps(row, rowLow, _CMP_GE_OQ),
+                                                    _mm256_cmp_ps(row, rowLimit, _CMP_LE_OQ)));
         __m256i mask = _mm256_castps_si256(inside);
         if (_mm256_testz_si256(mask, mask)) {
             _mm256_storeu_si256(reinterpret_cast<__m256i*>(out + 4 * x), outside);
@@ -214,9 +211,9 @@ __attribute__((target("avx2"))) void SampleBilinearAvx2(const SourceView& source
         __m256i wholeRow = _mm256_cvttps_epi32(row);
         __m256 fx = _mm256_sub_ps(column, _mm256_cvtepi32_ps(wholeColumn));
         __m256 fy = _mm256_sub_ps(row, _mm256_cvtepi32_ps(wholeRow));
-        __m256i offset = _mm256_and_si256(
-            mask, _mm256_add_epi32(_mm256_mullo_epi32(wholeRow, rowBytes),
-                                   _mm256_mullo_epi32(wholeColumn, pixelBytes)));
+        __m256i offset =
+            _mm256_and_si256(mask, _mm256_add_epi32(_mm256_mullo_epi32(wholeRow, rowBytes),
+                                                    _mm256_mullo_epi32(wholeColumn, pixelBytes)));
         const __m256i none = _mm256_setzero_si256();
         __m256i w00 = _mm256_mask_i32gather_epi32(none, p00, offset, mask, 1);
         __m256i w01 = _mm256_mask_i32gather_epi32(none, p01, offset, mask, 1);

@@ -21,10 +21,7 @@ constexpr size_t kSpareBytes = 4;
 
 // Bytes of one storage row: pixel bytes padded up to a multiple of four. Depths below 8 bits
 // come out as zero bytes per pixel, which is why Create refuses them.
-long RowBytesFor(long width, int bitsPerPixel)
-{
-    return (width * (bitsPerPixel / 8) + 3) & ~3L;
-}
+long RowBytesFor(long width, int bitsPerPixel) { return (width * (bitsPerPixel / 8) + 3) & ~3L; }
 
 // The header block holds the 40-byte header and then `entries` palette entries. It comes from
 // ::operator new so that the header and palette structures live in it without a constructor.
@@ -34,10 +31,7 @@ BitmapInfoHeader* AllocHeaderBlock(int entries)
     return static_cast<BitmapInfoHeader*>(::operator new(bytes, std::nothrow));
 }
 
-void FreeHeaderBlock(BitmapInfoHeader* header)
-{
-    ::operator delete(header);
-}
+void FreeHeaderBlock(BitmapInfoHeader* header) { ::operator delete(header); }
 
 }  // namespace
 
@@ -131,10 +125,7 @@ int CDIB::GetHgt(int multiple) const
     return multiple != 0 ? (value / multiple + 1) * multiple : value;
 }
 
-int CDIB::GetBitCount() const
-{
-    return header != nullptr ? header->biBitCount : 0;
-}
+int CDIB::GetBitCount() const { return header != nullptr ? header->biBitCount : 0; }
 
 long CDIB::GetRowBytes() const
 {
@@ -203,14 +194,13 @@ bool CDIB::Copy(CDIB* destination, bool create) const
 
 bool CDIB::HasShape(long width, long height, int bitsPerPixel) const
 {
-    return HasPixels() && GetWid() == width && GetHgt() == height &&
-           GetBitCount() == bitsPerPixel;
+    return HasPixels() && GetWid() == width && GetHgt() == height && GetBitCount() == bitsPerPixel;
 }
 
 std::unique_ptr<unsigned char[]> CDIB::NewLineBuffer(long bytes)
 {
     if (bytes < 0)
         return nullptr;
-    return std::unique_ptr<unsigned char[]>(new (std::nothrow)
-                                                unsigned char[static_cast<size_t>(bytes) + 32]());
+    return std::unique_ptr<unsigned char[]>(
+        new (std::nothrow) unsigned char[static_cast<size_t>(bytes) + 32]());
 }

@@ -100,9 +100,9 @@ public:
     // An 8-bit copy: grey ramp or 3-3-2 colour.
     bool Create8Bit(CDIB* destination, bool grey) const;
 
-    bool Flop();         // mirrors the storage rows top to bottom
-    bool FlopFields();   // swaps the two fields of an interlaced frame
-    bool FlopRGB2BGR();  // swaps the first and third byte of every pixel
+    bool Flop();               // mirrors the storage rows top to bottom
+    bool FlopFields();         // swaps the two fields of an interlaced frame
+    bool FlopRGB2BGR();        // swaps the first and third byte of every pixel
     bool SetAlpha(int alpha);  // 32-bit only
 
     // The readers, each answering 0 or a result code (1 compressed, 2 too large, 3 unreadable,

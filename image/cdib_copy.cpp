@@ -44,8 +44,8 @@ void WritePixel(unsigned char* line, long x, int bitsPerPixel, Colour colour)
 {
     switch (bitsPerPixel) {
     case 16: {
-        unsigned word = (colour.blue >> 3) | ((colour.green & 0xF8) << 2) |
-                        ((colour.red & 0xF8) << 7);
+        unsigned word =
+            (colour.blue >> 3) | ((colour.green & 0xF8) << 2) | ((colour.red & 0xF8) << 7);
         line[2 * x] = static_cast<unsigned char>(word & 0xFF);
         line[2 * x + 1] = static_cast<unsigned char>(word >> 8);
         break;
@@ -147,11 +147,10 @@ bool CDIB::CopyScale(CDIB* destination, long borderColour, int border) const
     long long innerHeight = innerTopEnd - innerBottom;
     // Source pixels per destination pixel, in single precision; unused when the border leaves
     // no scaled area.
-    float stepX = innerWidth > 0 ? static_cast<float>(sourceWidth) / static_cast<float>(innerWidth)
-                                 : 0.0f;
-    float stepY = innerHeight > 0
-                      ? static_cast<float>(sourceHeight) / static_cast<float>(innerHeight)
-                      : 0.0f;
+    float stepX =
+        innerWidth > 0 ? static_cast<float>(sourceWidth) / static_cast<float>(innerWidth) : 0.0f;
+    float stepY =
+        innerHeight > 0 ? static_cast<float>(sourceHeight) / static_cast<float>(innerHeight) : 0.0f;
 
     Colour frame{static_cast<uint8_t>((borderColour >> 16) & 0xFF),
                  static_cast<uint8_t>((borderColour >> 8) & 0xFF),

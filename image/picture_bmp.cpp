@@ -7,8 +7,7 @@
 #include "image/picture_read.h"
 #include "platform/file/endian.h"
 
-namespace
-{
+namespace {
 
 constexpr int kFileHeaderBytes = 14;
 constexpr int kInfoHeaderBytes = 40;
@@ -19,12 +18,13 @@ bool IsBmpMark(const unsigned char* bytes)
     return (bytes[0] == 'B' && bytes[1] == 'M') || (bytes[0] == 'M' && bytes[1] == 'B');
 }
 
-} // namespace
+}  // namespace
 
 int CDIB::LoadBmp(CPFile* file)
 {
     unsigned char head[kFileHeaderBytes + kInfoHeaderBytes];
-    if (int opened = ReadFileHead(header != nullptr, file, head, sizeof head); opened != kPictureLoaded)
+    if (int opened = ReadFileHead(header != nullptr, file, head, sizeof head);
+        opened != kPictureLoaded)
         return opened;
     if (!IsBmpMark(head))
         return kPictureUnreadable;
@@ -49,11 +49,12 @@ int CDIB::LoadBmp(CPFile* file)
         return kPictureFewColours;
     // An empty picture or a depth with no whole-byte pixels cannot be held; that is the file's
     // fault, not a lack of memory.
-    if (width == 0 || height == 0 || (bitCount != 8 && bitCount != 16 && bitCount != 24 && bitCount != 32))
+    if (width == 0 || height == 0 ||
+        (bitCount != 8 && bitCount != 16 && bitCount != 24 && bitCount != 32))
         return kPictureUnreadable;
     // Create keeps an image of the same shape as it is, old rows included.
-    const bool reused = GetWid() == static_cast<int>(width) && GetHgt() == static_cast<int>(height)
-        && GetBitCount() == bitCount;
+    const bool reused = GetWid() == static_cast<int>(width) &&
+                        GetHgt() == static_cast<int>(height) && GetBitCount() == bitCount;
     if (!Create(width, height, bitCount))
         return kPictureNoMemory;
 

@@ -13,8 +13,7 @@
 
 bool gGetImageFromTimeline = false;
 
-namespace
-{
+namespace {
 
 // Files read through memory (a CPFile with no path) above this size are refused as too big to
 // hold twice; a picture file of this size would decode to far more than 8192 × 8192 allows.
@@ -24,13 +23,9 @@ SourceImageProvider gSourceImageProvider = nullptr;
 
 // Rows of a 32-bit CDIB as the importer wants them: top line first, so the step is one row
 // downwards in storage (storage row 0 is the bottom line).
-class DIBRows : public PictureRows
-{
+class DIBRows : public PictureRows {
 public:
-    explicit DIBRows(CDIB* target)
-        : target_(target)
-    {
-    }
+    explicit DIBRows(CDIB* target) : target_(target) {}
     unsigned char* AllocateRows(int width, int height, long* lineStep) override
     {
         if (!target_->Create(width, height, 32))
@@ -58,7 +53,7 @@ int ResultOf(ImportResult result)
     return kPictureUnreadable;
 }
 
-} // namespace
+}  // namespace
 
 int MacLoadPict(CDIB* target, CPFile* file)
 {
@@ -84,7 +79,8 @@ int MacLoadPict(CDIB* target, CPFile* file)
     file->Seek(0, kSeekFromStart);
     if (!ReadExact(file, bytes.get(), length))
         return kPictureUnreadable;
-    return ResultOf(ImportPictureData(bytes.get(), static_cast<size_t>(length), kMaxImageSide, &rows));
+    return ResultOf(
+        ImportPictureData(bytes.get(), static_cast<size_t>(length), kMaxImageSide, &rows));
 }
 
 int MacLoadPict(CDIB* target, const FSpec* file)
@@ -105,25 +101,13 @@ bool BitmapToDIB(CDIB* target, int resourceId)
     return LoadResourcePicture(resourceId, &rows) == kImportDone;
 }
 
-bool JP_DllInstalled()
-{
-    return false;
-}
+bool JP_DllInstalled() { return false; }
 
-long JP_JpegToMem(CPFile*, unsigned char*, long, long*, long*)
-{
-    return 0;
-}
+long JP_JpegToMem(CPFile*, unsigned char*, long, long*, long*) { return 0; }
 
-int JP_JpegToDIB(CDIB*, CPFile*)
-{
-    return 0;
-}
+int JP_JpegToDIB(CDIB*, CPFile*) { return 0; }
 
-int JP_JpegFromDIB(CDIB*, CPFile*, int)
-{
-    return 0;
-}
+int JP_JpegFromDIB(CDIB*, CPFile*, int) { return 0; }
 
 int CDIB::LoadJpeg(CPFile* file)
 {
@@ -134,10 +118,7 @@ int CDIB::LoadJpeg(CPFile* file)
     return JP_JpegToDIB(this, file);
 }
 
-void SetSourceImageProvider(SourceImageProvider provider)
-{
-    gSourceImageProvider = provider;
-}
+void SetSourceImageProvider(SourceImageProvider provider) { gSourceImageProvider = provider; }
 
 int GetSourceImage(CDIB* target)
 {

@@ -15,8 +15,7 @@
 #include "platform/picture/resource_picture.h"
 #include "platform/util/text.h"
 
-namespace
-{
+namespace {
 
 constexpr int kMarkBytes = 14;
 
@@ -28,15 +27,12 @@ bool StartsWith(const unsigned char* bytes, const char* mark)
 // The other platform's build names JPEG files by their extension as well as their JFIF mark.
 bool HasJpegName(const char* name)
 {
-    return std::strstr(name, ".jpg") != nullptr || std::strstr(name, ".JPG") != nullptr
-        || std::strstr(name, ".jpeg") != nullptr || std::strstr(name, ".JPEG") != nullptr;
+    return std::strstr(name, ".jpg") != nullptr || std::strstr(name, ".JPG") != nullptr ||
+           std::strstr(name, ".jpeg") != nullptr || std::strstr(name, ".JPEG") != nullptr;
 }
 
 // Characters of a record's name: a name read from a show file may fill the record unterminated.
-int NameLength(const FSpec& spec)
-{
-    return static_cast<int>(strnlen(spec.name, kFSpecNameSize));
-}
+int NameLength(const FSpec& spec) { return static_cast<int>(strnlen(spec.name, kFSpecNameSize)); }
 
 // The path of the file named like `file` (its leaf, without any folders) in `folder`.
 bool SameNameIn(const FSpec* folder, const FSpec* file, FSpec* out)
@@ -72,8 +68,8 @@ void ShowLoadError(int code)
         return;
     case kPictureTooLarge: {
         char text[64];
-        std::snprintf(
-            text, sizeof text, "Images must be smaller than %d pixels", static_cast<int>(kMaxImageSide));
+        std::snprintf(text, sizeof text, "Images must be smaller than %d pixels",
+                      static_cast<int>(kMaxImageSide));
         ErrorBox(text, kNoErrorNumber);
         return;
     }
@@ -89,7 +85,7 @@ void ShowLoadError(int code)
     }
 }
 
-} // namespace
+}  // namespace
 
 int CDIB::Load(CPFile* file)
 {
@@ -137,8 +133,9 @@ int CDIB::Load(FSpec* file, FSpec* alternativeFolder, bool showErrors)
     // moved together with their show).
     CPFile picture;
     bool opened = file != nullptr && picture.Open(file, kFileRead);
-    if (!opened && file != nullptr && alternativeFolder != nullptr && alternativeFolder->name[0] != '\0') {
-        FSpec moved {};
+    if (!opened && file != nullptr && alternativeFolder != nullptr &&
+        alternativeFolder->name[0] != '\0') {
+        FSpec moved{};
         if (SameNameIn(alternativeFolder, file, &moved))
             opened = picture.Open(&moved, kFileRead);
     }

@@ -12,12 +12,11 @@
 #include "image/rlc.h"
 #include "platform/file/endian.h"
 
-namespace
-{
+namespace {
 
 constexpr int kHeaderBytes = 30;
-constexpr long kPaletteBytes = 768; // 256 reds, 256 greens, 256 blues
-constexpr long kPackedRowLimit = 65536; // a packed row's byte count is a 16-bit number
+constexpr long kPaletteBytes = 768;      // 256 reds, 256 greens, 256 blues
+constexpr long kPackedRowLimit = 65536;  // a packed row's byte count is a 16-bit number
 
 enum PsdMode { kModeBitmap = 0, kModeGrey = 1, kModeIndexed = 2, kModeRgb = 3, kModeCmyk = 4 };
 
@@ -31,12 +30,13 @@ bool SkipSection(CPFile* file, bool msbFirst)
     return true;
 }
 
-} // namespace
+}  // namespace
 
 int CDIB::LoadPsd(CPFile* file)
 {
     unsigned char head[kHeaderBytes];
-    if (int opened = ReadFileHead(header != nullptr, file, head, sizeof head); opened != kPictureLoaded)
+    if (int opened = ReadFileHead(header != nullptr, file, head, sizeof head);
+        opened != kPictureLoaded)
         return opened;
     // Big-endian as Photoshop writes it; the signature read backwards marks a file whose numbers
     // were all written the other way round.
@@ -112,7 +112,8 @@ int CDIB::LoadPsd(CPFile* file)
         rowCounts.resize(static_cast<size_t>(used) * height);
         for (size_t i = 0; i < rowCounts.size(); ++i)
             rowCounts[i] = static_cast<uint16_t>(Endian(table.get() + 2 * i, 2, msbFirst));
-        file->Seek(static_cast<long>(channels - used) * static_cast<long>(height) * 2, kSeekFromCurrent);
+        file->Seek(static_cast<long>(channels - used) * static_cast<long>(height) * 2,
+                   kSeekFromCurrent);
     }
 
     for (uint32_t channel = 0; channel < used; ++channel) {
@@ -121,8 +122,8 @@ int CDIB::LoadPsd(CPFile* file)
                 const long count = rowCounts[static_cast<size_t>(channel) * height + r];
                 if (!ReadExact(file, packedRow.get(), count))
                     return kPictureUnreadable;
-                if (RLCUnPack(packedRow.get(), count, line.get(), static_cast<long>(width))
-                    != static_cast<long>(width))
+                if (RLCUnPack(packedRow.get(), count, line.get(), static_cast<long>(width)) !=
+                    static_cast<long>(width))
                     return kPictureUnreadable;
             } else if (!ReadExact(file, line.get(), static_cast<long>(width))) {
                 return kPictureUnreadable;
@@ -133,7 +134,7 @@ int CDIB::LoadPsd(CPFile* file)
             const unsigned char* in = line.get();
             if (mode == kModeRgb) {
                 // Red, green, blue, alpha go to bytes 2, 1, 0, 3 of a pixel.
-                static constexpr int kByteOfChannel[4] = { 2, 1, 0, 3 };
+                static constexpr int kByteOfChannel[4] = {2, 1, 0, 3};
                 const int at = kByteOfChannel[channel];
                 for (uint32_t x = 0; x < width; ++x)
                     out[x * pixelBytes + at] = in[x];

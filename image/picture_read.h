@@ -13,12 +13,12 @@
 // Result codes of the readers and of CDIB::Load(CPFile*).
 enum PictureResult {
     kPictureLoaded = 0,
-    kPictureCompressed = 1, // a compressed variant
-    kPictureTooLarge = 2, // a side above 8192
-    kPictureUnreadable = 3, // bad header, short read
-    kPictureNoTarget = 4, // the target image has no header
-    kPictureFewColours = 5, // fewer than 8 bits per pixel
-    kPictureNoMemory = 6, // no room for the image or a work buffer
+    kPictureCompressed = 1,  // a compressed variant
+    kPictureTooLarge = 2,    // a side above 8192
+    kPictureUnreadable = 3,  // bad header, short read
+    kPictureNoTarget = 4,    // the target image has no header
+    kPictureFewColours = 5,  // fewer than 8 bits per pixel
+    kPictureNoMemory = 6,    // no room for the image or a work buffer
 };
 
 constexpr long kReadPiece = 32768;
@@ -66,6 +66,6 @@ inline void ResetGreyPalette(CDIB* image)
         return;
     for (int i = 0; i < 256; ++i) {
         auto level = static_cast<uint8_t>(i);
-        palette[i] = PaletteEntry { level, level, level, 0 };
+        palette[i] = PaletteEntry{level, level, level, 0};
     }
 }

@@ -12,8 +12,7 @@
 #include "platform/file/endian.h"
 #include "platform/file/paths.h"
 
-namespace
-{
+namespace {
 
 enum SaveFormat { kSaveTarga = 1, kSaveNothing = 2 };
 
@@ -90,7 +89,7 @@ bool NamesTarga(const char* name)
     return std::strstr(name, ".TGA") != nullptr || std::strstr(name, ".tga") != nullptr;
 }
 
-} // namespace
+}  // namespace
 
 bool CDIB::Save(CPFile* file, int format)
 {
@@ -117,7 +116,7 @@ bool CDIB::Save(FSpec* file, int format)
     char path[kMaxPathLength + 1] = {};
     FileReplacement replacement(GetFSpecPath(file, path) ? path : "");
     CPFile out;
-    FSpec partial {};
+    FSpec partial{};
     if (replacement.Begin())
         partial = PathFSpec(replacement.TemporaryPath().c_str());
     if (partial.name[0] == '\0' || !out.Open(&partial, kFileWrite)) {

@@ -8,18 +8,18 @@
 #include "image/picture_read.h"
 #include "platform/file/endian.h"
 
-namespace
-{
+namespace {
 
 constexpr int kHeaderBytes = 18;
-constexpr int kTopLeftOrigin = 0x20; // descriptor bit 5
+constexpr int kTopLeftOrigin = 0x20;  // descriptor bit 5
 
-} // namespace
+}  // namespace
 
 int CDIB::LoadTga(CPFile* file)
 {
     unsigned char head[kHeaderBytes];
-    if (int opened = ReadFileHead(header != nullptr, file, head, sizeof head); opened != kPictureLoaded)
+    if (int opened = ReadFileHead(header != nullptr, file, head, sizeof head);
+        opened != kPictureLoaded)
         return opened;
     const int idLength = head[0];
     const int colourMapType = head[1];

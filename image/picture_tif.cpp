@@ -17,8 +17,7 @@
 #include "image/picture_read.h"
 #include "platform/file/endian.h"
 
-namespace
-{
+namespace {
 
 constexpr long kWindowBytes = 4096;
 constexpr int kEntryBytes = 12;
@@ -84,7 +83,10 @@ uint32_t EntryValue(const unsigned char* entry, bool msbFirst)
 bool SamplesAreBytes(const unsigned char* entry, CPFile* file, bool msbFirst)
 {
     const uint32_t type = Endian(entry + 2, 2, msbFirst);
-    const int valueBytes = type == kTypeByte ? 1 : type == kTypeShort ? 2 : type == kTypeLong ? 4 : 0;
+    const int valueBytes = type == kTypeByte    ? 1
+                           : type == kTypeShort ? 2
+                           : type == kTypeLong  ? 4
+                                                : 0;
     const uint32_t count = Endian(entry + 4, 4, msbFirst);
     if (valueBytes == 0 || count == 0)
         return false;
@@ -107,7 +109,7 @@ bool SamplesAreBytes(const unsigned char* entry, CPFile* file, bool msbFirst)
     return true;
 }
 
-} // namespace
+}  // namespace
 
 int CDIB::LoadTif(CPFile* file)
 {
@@ -119,7 +121,7 @@ int CDIB::LoadTif(CPFile* file)
     if (!work)
         return kPictureNoMemory;
 
-    Window window { work.get() };
+    Window window{work.get()};
     window.Load(file, 0);
     const unsigned char* head = window.data;
     if (window.bytes < 8)
@@ -147,14 +149,14 @@ int CDIB::LoadTif(CPFile* file)
 
     uint32_t width = 0;
     uint32_t height = 0;
-    uint32_t samples = 1; // no tag 277: one sample, grey
-    uint32_t rowsPerStrip = 0xFFFFFFFF; // no tag 278: the whole picture in one strip
+    uint32_t samples = 1;                // no tag 277: one sample, grey
+    uint32_t rowsPerStrip = 0xFFFFFFFF;  // no tag 278: the whole picture in one strip
     uint32_t stripCount = 0;
     uint32_t stripType = 0;
-    bool byteSamples = false; // no tag 258: one bit per sample, which this reader cannot take
-    bool colourModel = true; // no tag 262: grey or RGB by the sample count
-    bool interleaved = true; // no tag 284: the samples of a pixel stored together
-    unsigned char stripField[4] = { 0, 0, 0, 0 }; // the entry's value field: offsets or their place
+    bool byteSamples = false;  // no tag 258: one bit per sample, which this reader cannot take
+    bool colourModel = true;   // no tag 262: grey or RGB by the sample count
+    bool interleaved = true;   // no tag 284: the samples of a pixel stored together
+    unsigned char stripField[4] = {0, 0, 0, 0};  // the entry's value field: offsets or their place
     const unsigned char* entry = window.data + (directory - window.start) + 2;
     for (long i = 0; i < entries; ++i, entry += kEntryBytes) {
         switch (Endian(entry, 2, msbFirst)) {
@@ -195,7 +197,7 @@ int CDIB::LoadTif(CPFile* file)
             rowsPerStrip = EntryValue(entry, msbFirst);
             break;
         default:
-            break; // every other tag is of no use here
+            break;  // every other tag is of no use here
         }
     }
     if (width == 0 || height == 0 || stripCount == 0 || rowsPerStrip == 0)
@@ -235,8 +237,8 @@ int CDIB::LoadTif(CPFile* file)
     const uint32_t stripRows = used == 1 ? height : rowsPerStrip;
     uint32_t row = 0;
     for (uint32_t strip = 0; strip < used && row < height; ++strip) {
-        const long offset
-            = static_cast<long>(Endian(table.data() + strip * offsetBytes, offsetBytes, msbFirst));
+        const long offset =
+            static_cast<long>(Endian(table.data() + strip * offsetBytes, offsetBytes, msbFirst));
         file->Seek(offset, kSeekFromStart);
         const uint32_t rows = std::min(stripRows, height - row);
         for (uint32_t i = 0; i < rows; ++i, ++row)

@@ -12,7 +12,8 @@ long RLCUnPack(const unsigned char* input, long inputBytes, unsigned char* outpu
     while (out < outputBytes && in < inputBytes) {
         const int n = static_cast<signed char>(input[in++]);
         if (n >= 0) {
-            const long count = std::min({ static_cast<long>(n) + 1, inputBytes - in, outputBytes - out });
+            const long count =
+                std::min({static_cast<long>(n) + 1, inputBytes - in, outputBytes - out});
             std::memcpy(output + out, input + in, static_cast<size_t>(count));
             in += count;
             out += count;

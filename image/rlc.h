@@ -10,4 +10,5 @@
 // when the row is full or the input is used up, whichever comes first: nothing is ever written
 // past the row's end nor read past the input's end (a run that would pass either is cut short).
 // Answers the number of bytes written; a row that decodes short answers fewer than outputBytes.
-long RLCUnPack(const unsigned char* input, long inputBytes, unsigned char* output, long outputBytes);
+long RLCUnPack(const unsigned char* input, long inputBytes, unsigned char* output,
+               long outputBytes);

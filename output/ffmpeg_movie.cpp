@@ -29,8 +29,7 @@ extern "C" {
 
 #include "platform/base/replace_file.h"
 
-namespace
-{
+namespace {
 
 // Every frame lasts this many time units; the time scale is frames per second × 100.
 constexpr int64_t kFrameDuration = 100;
@@ -38,8 +37,8 @@ constexpr int64_t kFrameDuration = 100;
 // ---- [SECTION] Failures ---------------------------------------------------------------------
 
 std::mutex mErrorMutex;
-std::string mLastError; // what MovieLastError shows
-std::string mLastLogLine; // FFmpeg's last error line since the last clear
+std::string mLastError;    // what MovieLastError shows
+std::string mLastLogLine;  // FFmpeg's last error line since the last clear
 
 // FFmpeg reports the reason of many failures only in its log (libx264's "width not divisible by
 // 2", a muxer's "codec not currently supported in container"). Those lines are kept for the
@@ -91,10 +90,7 @@ void SetError(const std::string& what, int code)
     mLastLogLine.clear();
 }
 
-void SetError(const std::string& what)
-{
-    SetError(what, 0);
-}
+void SetError(const std::string& what) { SetError(what, 0); }
 
 // For the catch blocks that keep exceptions inside this module: the text of an allocation that
 // failed, if there is still room to keep it.
@@ -111,19 +107,20 @@ void SetErrorNoThrow(const char* what) noexcept
 struct CodecPlan {
     const char* type;
     AVCodecID id;
-    const char* encoders[8]; // tried in this order; the first that opens is used
+    const char* encoders[8];  // tried in this order; the first that opens is used
 };
 
 // The software encoders come first; the hardware ones only open where their device exists.
 const CodecPlan kPlans[] = {
-    { "avc1", AV_CODEC_ID_H264,
-        { "libx264", "libopenh264", "h264_videotoolbox", "h264_nvenc", "h264_qsv", "h264_amf", "h264_mf",
-            nullptr } },
-    { "apcn", AV_CODEC_ID_PRORES, { "prores_ks", "prores", "prores_aw", nullptr } },
-    { "mjpa", AV_CODEC_ID_MJPEG, { "mjpeg", nullptr } },
-    { "png ", AV_CODEC_ID_PNG, { "png", nullptr } },
-    { "rle ", AV_CODEC_ID_QTRLE, { "qtrle", nullptr } },
-    { "raw ", AV_CODEC_ID_RAWVIDEO, { "rawvideo", nullptr } },
+    {"avc1",
+     AV_CODEC_ID_H264,
+     {"libx264", "libopenh264", "h264_videotoolbox", "h264_nvenc", "h264_qsv", "h264_amf",
+      "h264_mf", nullptr}},
+    {"apcn", AV_CODEC_ID_PRORES, {"prores_ks", "prores", "prores_aw", nullptr}},
+    {"mjpa", AV_CODEC_ID_MJPEG, {"mjpeg", nullptr}},
+    {"png ", AV_CODEC_ID_PNG, {"png", nullptr}},
+    {"rle ", AV_CODEC_ID_QTRLE, {"qtrle", nullptr}},
+    {"raw ", AV_CODEC_ID_RAWVIDEO, {"rawvideo", nullptr}},
 };
 
 const CodecPlan* FindPlan(const char* type)
@@ -139,10 +136,10 @@ const CodecPlan* FindPlan(const char* type)
 
 bool IsMovFamily(const AVOutputFormat* format)
 {
-    return format != nullptr
-        && (std::strcmp(format->name, "mov") == 0 || std::strcmp(format->name, "mp4") == 0
-            || std::strcmp(format->name, "ipod") == 0 || std::strcmp(format->name, "3gp") == 0
-            || std::strcmp(format->name, "3g2") == 0 || std::strcmp(format->name, "psp") == 0);
+    return format != nullptr &&
+           (std::strcmp(format->name, "mov") == 0 || std::strcmp(format->name, "mp4") == 0 ||
+            std::strcmp(format->name, "ipod") == 0 || std::strcmp(format->name, "3gp") == 0 ||
+            std::strcmp(format->name, "3g2") == 0 || std::strcmp(format->name, "psp") == 0);
 }
 
 bool IsAvi(const AVOutputFormat* format)
@@ -164,43 +161,43 @@ bool Supports(const AVCodec* codec, AVPixelFormat format)
 bool HalvesChroma(AVPixelFormat format)
 {
     const AVPixFmtDescriptor* descriptor = av_pix_fmt_desc_get(format);
-    return descriptor != nullptr && (descriptor->flags & AV_PIX_FMT_FLAG_RGB) == 0
-        && (descriptor->log2_chroma_w > 0 || descriptor->log2_chroma_h > 0);
+    return descriptor != nullptr && (descriptor->flags & AV_PIX_FMT_FLAG_RGB) == 0 &&
+           (descriptor->log2_chroma_w > 0 || descriptor->log2_chroma_h > 0);
 }
 
 // The pixel format the encoder gets. Codecs that can hold alpha get a format with alpha only
 // when the movie keeps it. H.264 is always 4:2:0, the one form that browsers, phones and
-// hardware players all decode; its frames are made even by the writer (see EncodedSide). ProRes 4:2:2 spoils the last column of an odd width, so odd widths
-// are written as ProRes 4444. Raw frames in AVI are the DIB's blue-first order; QuickTime's raw
-// frames are alpha/red first.
-AVPixelFormat PickPixelFormat(const AVCodec* codec, const char* type, bool keepAlpha, int width, int height,
-    const AVOutputFormat* container)
+// hardware players all decode; its frames are made even by the writer (see EncodedSide). ProRes
+// 4:2:2 spoils the last column of an odd width, so odd widths are written as ProRes 4444. Raw
+// frames in AVI are the DIB's blue-first order; QuickTime's raw frames are alpha/red first.
+AVPixelFormat PickPixelFormat(const AVCodec* codec, const char* type, bool keepAlpha, int width,
+                              int height, const AVOutputFormat* container)
 {
     bool odd = (width % 2) != 0 || (height % 2) != 0;
     std::vector<AVPixelFormat> wanted;
     std::string code(type, 4);
     if (code == "avc1") {
-        wanted = { AV_PIX_FMT_YUV420P, AV_PIX_FMT_NV12 };
+        wanted = {AV_PIX_FMT_YUV420P, AV_PIX_FMT_NV12};
     } else if (code == "apcn") {
         if ((width % 2) != 0)
-            wanted = { AV_PIX_FMT_YUV444P10LE };
+            wanted = {AV_PIX_FMT_YUV444P10LE};
         else
-            wanted = { AV_PIX_FMT_YUV422P10LE, AV_PIX_FMT_YUV422P10 };
+            wanted = {AV_PIX_FMT_YUV422P10LE, AV_PIX_FMT_YUV422P10};
     } else if (code == "mjpa") {
-        wanted = { AV_PIX_FMT_YUVJ422P, AV_PIX_FMT_YUVJ420P, AV_PIX_FMT_YUVJ444P };
+        wanted = {AV_PIX_FMT_YUVJ422P, AV_PIX_FMT_YUVJ420P, AV_PIX_FMT_YUVJ444P};
     } else if (code == "png ") {
-        wanted = keepAlpha ? std::vector<AVPixelFormat> { AV_PIX_FMT_RGBA, AV_PIX_FMT_RGB24 }
-                           : std::vector<AVPixelFormat> { AV_PIX_FMT_RGB24, AV_PIX_FMT_RGBA };
+        wanted = keepAlpha ? std::vector<AVPixelFormat>{AV_PIX_FMT_RGBA, AV_PIX_FMT_RGB24}
+                           : std::vector<AVPixelFormat>{AV_PIX_FMT_RGB24, AV_PIX_FMT_RGBA};
     } else if (code == "rle ") {
-        wanted = keepAlpha ? std::vector<AVPixelFormat> { AV_PIX_FMT_ARGB, AV_PIX_FMT_RGB24 }
-                           : std::vector<AVPixelFormat> { AV_PIX_FMT_RGB24, AV_PIX_FMT_ARGB };
+        wanted = keepAlpha ? std::vector<AVPixelFormat>{AV_PIX_FMT_ARGB, AV_PIX_FMT_RGB24}
+                           : std::vector<AVPixelFormat>{AV_PIX_FMT_RGB24, AV_PIX_FMT_ARGB};
     } else if (code == "raw ") {
         if (IsAvi(container))
-            wanted = keepAlpha ? std::vector<AVPixelFormat> { AV_PIX_FMT_BGRA, AV_PIX_FMT_BGR24 }
-                               : std::vector<AVPixelFormat> { AV_PIX_FMT_BGR24, AV_PIX_FMT_BGRA };
+            wanted = keepAlpha ? std::vector<AVPixelFormat>{AV_PIX_FMT_BGRA, AV_PIX_FMT_BGR24}
+                               : std::vector<AVPixelFormat>{AV_PIX_FMT_BGR24, AV_PIX_FMT_BGRA};
         else
-            wanted = keepAlpha ? std::vector<AVPixelFormat> { AV_PIX_FMT_ARGB, AV_PIX_FMT_RGB24 }
-                               : std::vector<AVPixelFormat> { AV_PIX_FMT_RGB24, AV_PIX_FMT_ARGB };
+            wanted = keepAlpha ? std::vector<AVPixelFormat>{AV_PIX_FMT_ARGB, AV_PIX_FMT_RGB24}
+                               : std::vector<AVPixelFormat>{AV_PIX_FMT_RGB24, AV_PIX_FMT_ARGB};
     }
     for (AVPixelFormat format : wanted) {
         if (Supports(codec, format))
@@ -219,24 +216,22 @@ AVPixelFormat PickPixelFormat(const AVCodec* codec, const char* type, bool keepA
 
 // 0 least, 1 low, 2 normal, 3 high, 4 best, from the spatial quality 0 / 256 / 512 / 768 / 1023;
 // values in between go to the nearest level.
-int QualityLevel(int spatialQuality)
-{
-    return std::clamp((spatialQuality + 128) / 256, 0, 4);
-}
+int QualityLevel(int spatialQuality) { return std::clamp((spatialQuality + 128) / 256, 0, 4); }
 
 // libx264's constant rate factor: 23 is its own default, 18 is commonly taken as visually
 // lossless, 12 is near transparent.
-constexpr int kH264Crf[5] = { 35, 28, 23, 18, 12 };
+constexpr int kH264Crf[5] = {35, 28, 23, 18, 12};
 // prores_ks bits per macroblock; 0 keeps the profile's own rate (632 to 1050 for 422 standard,
 // by frame size), which is what "normal" means for this codec.
-constexpr int kProResBitsPerMb[5] = { 250, 450, 0, 1400, 2400 };
+constexpr int kProResBitsPerMb[5] = {250, 450, 0, 1400, 2400};
 // The JPEG quantiser scale: 1 is finest, 31 coarsest.
-constexpr int kJpegQscale[5] = { 24, 12, 6, 3, 1 };
+constexpr int kJpegQscale[5] = {24, 12, 6, 3, 1};
 // zlib effort for PNG frames: the picture is exact at every setting, only size and time change.
-constexpr int kPngCompression[5] = { 1, 3, 6, 8, 9 };
+constexpr int kPngCompression[5] = {1, 3, 6, 8, 9};
 
 // Applies the quality to the encoder before it opens; answers the setting as text.
-std::string ApplyQuality(AVCodecContext* media, const char* type, int spatialQuality, AVDictionary** options)
+std::string ApplyQuality(AVCodecContext* media, const char* type, int spatialQuality,
+                         AVDictionary** options)
 {
     int level = QualityLevel(spatialQuality);
     std::string code(type, 4);
@@ -282,7 +277,8 @@ std::string ApplyQuality(AVCodecContext* media, const char* type, int spatialQua
 // Fills in an encoder for a frame of the given size: size, timing, pixel format, colour and
 // quality. False when no pixel format fits.
 bool SetUpEncoder(AVCodecContext* media, const char* type, int width, int height, long timeScale,
-    int spatialQuality, bool keepAlpha, const AVOutputFormat* container, AVDictionary** options)
+                  int spatialQuality, bool keepAlpha, const AVOutputFormat* container,
+                  AVDictionary** options)
 {
     const AVCodec* codec = media->codec;
     AVPixelFormat format = PickPixelFormat(codec, type, keepAlpha, width, height, container);
@@ -291,9 +287,9 @@ bool SetUpEncoder(AVCodecContext* media, const char* type, int width, int height
     media->width = width;
     media->height = height;
     media->pix_fmt = format;
-    media->time_base = AVRational { 1, static_cast<int>(timeScale) };
-    media->framerate = AVRational { static_cast<int>(timeScale), static_cast<int>(kFrameDuration) };
-    media->sample_aspect_ratio = AVRational { 1, 1 };
+    media->time_base = AVRational{1, static_cast<int>(timeScale)};
+    media->framerate = AVRational{static_cast<int>(timeScale), static_cast<int>(kFrameDuration)};
+    media->sample_aspect_ratio = AVRational{1, 1};
     const AVPixFmtDescriptor* descriptor = av_pix_fmt_desc_get(format);
     if (descriptor != nullptr && (descriptor->flags & AV_PIX_FMT_FLAG_RGB) == 0) {
         if (std::string(type, 4) == "mjpa") {
@@ -331,14 +327,16 @@ const AVCodec* ProbeEncoder(const char* type)
     if (known != mProbed.end())
         return known->second.codec;
     ProbedEncoder found;
-    for (const char* const* name = plan->encoders; *name != nullptr && found.codec == nullptr; ++name) {
+    for (const char* const* name = plan->encoders; *name != nullptr && found.codec == nullptr;
+         ++name) {
         const AVCodec* codec = avcodec_find_encoder_by_name(*name);
         if (codec == nullptr || codec->id != plan->id)
             continue;
         AVCodecContext* media = avcodec_alloc_context3(codec);
         AVDictionary* options = nullptr;
-        if (media != nullptr && SetUpEncoder(media, plan->type, 64, 64, 2500, 512, false, nullptr, &options)
-            && avcodec_open2(media, codec, &options) >= 0)
+        if (media != nullptr &&
+            SetUpEncoder(media, plan->type, 64, 64, 2500, 512, false, nullptr, &options) &&
+            avcodec_open2(media, codec, &options) >= 0)
             found.codec = codec;
         av_dict_free(&options);
         avcodec_free_context(&media);
@@ -353,7 +351,7 @@ const AVCodec* ProbeEncoder(const char* type)
 }
 
 // The codes tried, in order, when a container refuses the one asked for.
-const char* const kFallbackOrder[] = { "avc1", "mjpa", "png ", "raw ", "apcn", "rle " };
+const char* const kFallbackOrder[] = {"avc1", "mjpa", "png ", "raw ", "apcn", "rle "};
 
 bool ContainerTakes(const AVOutputFormat* container, AVCodecID id)
 {
@@ -373,8 +371,8 @@ int EncodedSide(const char* type, int side)
 const AVOutputFormat* ContainerFor(const char* path)
 {
     const AVOutputFormat* container = av_guess_format(nullptr, path, nullptr);
-    if (container == nullptr || (container->flags & AVFMT_NOFILE) != 0
-        || container->video_codec == AV_CODEC_ID_NONE)
+    if (container == nullptr || (container->flags & AVFMT_NOFILE) != 0 ||
+        container->video_codec == AV_CODEC_ID_NONE)
         container = av_guess_format("mov", nullptr, nullptr);
     return container;
 }
@@ -385,8 +383,8 @@ std::string CodecTitle(const char* type)
     static const struct {
         const char* type;
         const char* name;
-    } kTitles[] = { { "avc1", "H.264" }, { "apcn", "ProRes 422" }, { "mjpa", "Motion JPEG" },
-        { "png ", "PNG" }, { "rle ", "Animation" }, { "raw ", "uncompressed" } };
+    } kTitles[] = {{"avc1", "H.264"}, {"apcn", "ProRes 422"}, {"mjpa", "Motion JPEG"},
+                   {"png ", "PNG"},   {"rle ", "Animation"},  {"raw ", "uncompressed"}};
     std::string code(type, strnlen(type, 4));
     for (const auto& title : kTitles) {
         if (std::strncmp(title.type, type, 4) == 0) {
@@ -407,12 +405,9 @@ void Notice(const std::string& text)
         mNoticeHook(text.c_str(), mNoticeContext);
 }
 
-} // namespace
+}  // namespace
 
-bool FFHasEncoder(const char* type)
-{
-    return ProbeEncoder(type) != nullptr;
-}
+bool FFHasEncoder(const char* type) { return ProbeEncoder(type) != nullptr; }
 
 std::string FFEncoderName(const char* type)
 {
@@ -437,22 +432,21 @@ std::string FFEncoderQuality(const char* type, int spatialQuality)
 
 // ---- [SECTION] Writing ----------------------------------------------------------------------
 
-namespace
-{
+namespace {
 
-AVFormatContext* mWriteMovie = nullptr; // the movie file being written
-AVStream* mWriteTrack = nullptr; // its one video track
-AVCodecContext* mWriteMedia = nullptr; // the encoder that fills the track
-AVFrame* mWritePicture = nullptr; // one frame in the encoder's pixel format
-SwsContext* mWriteScaler = nullptr; // frame buffer to encoder pixel format
-AVPacket* mCompressedData = nullptr; // one compressed frame on its way to the file
-int64_t mWriteNextPts = 0; // in the encoder's time base
-int mWriteWidth = 0; // the frames given, in pixels
+AVFormatContext* mWriteMovie = nullptr;  // the movie file being written
+AVStream* mWriteTrack = nullptr;         // its one video track
+AVCodecContext* mWriteMedia = nullptr;   // the encoder that fills the track
+AVFrame* mWritePicture = nullptr;        // one frame in the encoder's pixel format
+SwsContext* mWriteScaler = nullptr;      // frame buffer to encoder pixel format
+AVPacket* mCompressedData = nullptr;     // one compressed frame on its way to the file
+int64_t mWriteNextPts = 0;               // in the encoder's time base
+int mWriteWidth = 0;                     // the frames given, in pixels
 int mWriteHeight = 0;
-int mEncodedWidth = 0; // the frames encoded: the same, or padded to even sides
+int mEncodedWidth = 0;  // the frames encoded: the same, or padded to even sides
 int mEncodedHeight = 0;
-std::vector<unsigned char> mPadded; // a frame padded to the encoded size
-bool mWriteHeaderStored = false; // the container's header is in the file
+std::vector<unsigned char> mPadded;  // a frame padded to the encoded size
+bool mWriteHeaderStored = false;     // the container's header is in the file
 // The movie is written to a temporary file beside its name and renamed into place when finished.
 std::unique_ptr<FileReplacement> mWriteReplacement;
 std::string mWritePath;
@@ -486,8 +480,8 @@ enum class OpenResult { kOpened, kRefused, kFailed };
 // Frees everything the writer holds; removes the file it made when that is not a finished movie.
 void ReleaseWriter(bool removeFile)
 {
-    if (mWriteMovie != nullptr && mWriteMovie->pb != nullptr && mWriteMovie->oformat != nullptr
-        && (mWriteMovie->oformat->flags & AVFMT_NOFILE) == 0)
+    if (mWriteMovie != nullptr && mWriteMovie->pb != nullptr && mWriteMovie->oformat != nullptr &&
+        (mWriteMovie->oformat->flags & AVFMT_NOFILE) == 0)
         avio_closep(&mWriteMovie->pb);
     if (mWriteReplacement != nullptr && removeFile)
         mWriteReplacement->Abandon();
@@ -514,7 +508,8 @@ void ReleaseWriter(bool removeFile)
 
 // Sets up the writer for one codec: kRefused when the container turned the codec down at its
 // header (another codec may do), kFailed for anything else.
-OpenResult OpenWriterAs(const FFWriteRequest& request, const AVOutputFormat* container, const char* type)
+OpenResult OpenWriterAs(const FFWriteRequest& request, const AVOutputFormat* container,
+                        const char* type)
 {
     mWritePath = request.path;
     mWriteWidth = request.width;
@@ -537,9 +532,9 @@ OpenResult OpenWriterAs(const FFWriteRequest& request, const AVOutputFormat* con
     }
     AVDictionary* options = nullptr;
     if (!SetUpEncoder(mWriteMedia, type, mEncodedWidth, mEncodedHeight, request.timeScale,
-            request.spatialQuality, request.keepAlpha, container, &options)) {
-        SetError(std::string(codec->name) + " has no pixel format for a " + std::to_string(request.width)
-            + "x" + std::to_string(request.height) + " frame");
+                      request.spatialQuality, request.keepAlpha, container, &options)) {
+        SetError(std::string(codec->name) + " has no pixel format for a " +
+                 std::to_string(request.width) + "x" + std::to_string(request.height) + " frame");
         return OpenResult::kFailed;
     }
     if ((container->flags & AVFMT_GLOBALHEADER) != 0)
@@ -554,9 +549,10 @@ OpenResult OpenWriterAs(const FFWriteRequest& request, const AVOutputFormat* con
     result = avcodec_open2(mWriteMedia, codec, &options);
     av_dict_free(&options);
     if (result < 0) {
-        SetError(std::string("Cannot start the ") + codec->name + " encoder for "
-                + std::to_string(request.width) + "x" + std::to_string(request.height) + " frames",
-            result);
+        SetError(std::string("Cannot start the ") + codec->name + " encoder for " +
+                     std::to_string(request.width) + "x" + std::to_string(request.height) +
+                     " frames",
+                 result);
         return OpenResult::kFailed;
     }
 
@@ -574,7 +570,7 @@ OpenResult OpenWriterAs(const FFWriteRequest& request, const AVOutputFormat* con
     if (IsMovFamily(container)) {
         // QuickTime keeps the time scale as given: without this the muxer doubles a scale under
         // 10000 until it is not, and 2997 would be stored as 11988.
-        mWriteTrack->time_base = AVRational { 1, static_cast<int>(request.timeScale) };
+        mWriteTrack->time_base = AVRational{1, static_cast<int>(request.timeScale)};
         av_dict_set_int(&muxing, "video_track_timescale", request.timeScale, 0);
         // The movie header counts in the same units, so its duration is exact (in thousandths of
         // a second, 12 frames at 29.97 would read 0.401 s): movies rendered in chunks and joined
@@ -586,8 +582,8 @@ OpenResult OpenWriterAs(const FFWriteRequest& request, const AVOutputFormat* con
     } else {
         // One frame per tick, for the muxers that store a constant rate (AVI would pad the gaps
         // between frames 100 ticks apart with empty frames).
-        mWriteTrack->time_base
-            = AVRational { static_cast<int>(kFrameDuration), static_cast<int>(request.timeScale) };
+        mWriteTrack->time_base =
+            AVRational{static_cast<int>(kFrameDuration), static_cast<int>(request.timeScale)};
     }
     mWriteTrack->avg_frame_rate = mWriteMedia->framerate;
 
@@ -598,7 +594,8 @@ OpenResult OpenWriterAs(const FFWriteRequest& request, const AVOutputFormat* con
             SetError(mWriteReplacement->Error());
             return OpenResult::kFailed;
         }
-        result = avio_open(&mWriteMovie->pb, mWriteReplacement->TemporaryPath().c_str(), AVIO_FLAG_WRITE);
+        result = avio_open(&mWriteMovie->pb, mWriteReplacement->TemporaryPath().c_str(),
+                           AVIO_FLAG_WRITE);
         if (result < 0) {
             av_dict_free(&muxing);
             SetError("Cannot create " + mWritePath, result);
@@ -608,7 +605,8 @@ OpenResult OpenWriterAs(const FFWriteRequest& request, const AVOutputFormat* con
     result = avformat_write_header(mWriteMovie, &muxing);
     av_dict_free(&muxing);
     if (result < 0) {
-        SetError(std::string("Cannot start the movie ") + mWritePath + " with " + codec->name, result);
+        SetError(std::string("Cannot start the movie ") + mWritePath + " with " + codec->name,
+                 result);
         return OpenResult::kRefused;
     }
     mWriteHeaderStored = true;
@@ -630,11 +628,14 @@ OpenResult OpenWriterAs(const FFWriteRequest& request, const AVOutputFormat* con
         SetError("Not enough memory for a frame", result);
         return OpenResult::kFailed;
     }
-    mWriteScaler = sws_getContext(mEncodedWidth, mEncodedHeight, AV_PIX_FMT_ARGB, mEncodedWidth,
-        mEncodedHeight, mWriteMedia->pix_fmt,
-        SWS_BICUBIC | SWS_ACCURATE_RND | SWS_FULL_CHR_H_INT | SWS_FULL_CHR_H_INP, nullptr, nullptr, nullptr);
+    mWriteScaler =
+        sws_getContext(mEncodedWidth, mEncodedHeight, AV_PIX_FMT_ARGB, mEncodedWidth,
+                       mEncodedHeight, mWriteMedia->pix_fmt,
+                       SWS_BICUBIC | SWS_ACCURATE_RND | SWS_FULL_CHR_H_INT | SWS_FULL_CHR_H_INP,
+                       nullptr, nullptr, nullptr);
     if (mWriteScaler == nullptr) {
-        SetError(std::string("Cannot convert frames to ") + av_get_pix_fmt_name(mWriteMedia->pix_fmt));
+        SetError(std::string("Cannot convert frames to ") +
+                 av_get_pix_fmt_name(mWriteMedia->pix_fmt));
         return OpenResult::kFailed;
     }
     const AVPixFmtDescriptor* descriptor = av_pix_fmt_desc_get(mWriteMedia->pix_fmt);
@@ -642,7 +643,7 @@ OpenResult OpenWriterAs(const FFWriteRequest& request, const AVOutputFormat* con
         int matrix = mWriteMedia->colorspace == AVCOL_SPC_BT709 ? SWS_CS_ITU709 : SWS_CS_ITU601;
         int fullRange = mWriteMedia->color_range == AVCOL_RANGE_JPEG ? 1 : 0;
         sws_setColorspaceDetails(mWriteScaler, sws_getCoefficients(SWS_CS_DEFAULT), 1,
-            sws_getCoefficients(matrix), fullRange, 0, 1 << 16, 1 << 16);
+                                 sws_getCoefficients(matrix), fullRange, 0, 1 << 16, 1 << 16);
     }
     if (mEncodedWidth != request.width || mEncodedHeight != request.height)
         mPadded.assign(static_cast<size_t>(4) * mEncodedWidth * mEncodedHeight, 0);
@@ -657,7 +658,8 @@ const unsigned char* PadFrame(const unsigned char* frame)
     size_t given = static_cast<size_t>(4) * mWriteWidth;
     size_t padded = static_cast<size_t>(4) * mEncodedWidth;
     for (int y = 0; y < mEncodedHeight; ++y) {
-        const unsigned char* from = frame + given * static_cast<size_t>(std::min(y, mWriteHeight - 1));
+        const unsigned char* from =
+            frame + given * static_cast<size_t>(std::min(y, mWriteHeight - 1));
         unsigned char* to = mPadded.data() + padded * static_cast<size_t>(y);
         std::memcpy(to, from, given);
         for (size_t x = given; x < padded; x += 4)
@@ -671,7 +673,8 @@ std::vector<const char*> TypesForContainer(const AVOutputFormat* container, cons
 {
     std::vector<const char*> types;
     auto add = [&](const CodecPlan* plan) {
-        if (plan == nullptr || ProbeEncoder(plan->type) == nullptr || !ContainerTakes(container, plan->id))
+        if (plan == nullptr || ProbeEncoder(plan->type) == nullptr ||
+            !ContainerTakes(container, plan->id))
             return;
         for (const char* known : types) {
             if (known == plan->type)
@@ -685,7 +688,7 @@ std::vector<const char*> TypesForContainer(const AVOutputFormat* container, cons
     return types;
 }
 
-} // namespace
+}  // namespace
 
 bool FFOpenMovieWriter(const FFWriteRequest& request)
 {
@@ -695,7 +698,8 @@ bool FFOpenMovieWriter(const FFWriteRequest& request)
         SetError("No movie file named");
         return false;
     }
-    if (request.width < 1 || request.height < 1 || request.timeScale < 1 || request.timeScale > INT32_MAX) {
+    if (request.width < 1 || request.height < 1 || request.timeScale < 1 ||
+        request.timeScale > INT32_MAX) {
         SetError("A movie needs a frame size and a frame rate");
         return false;
     }
@@ -711,26 +715,28 @@ bool FFOpenMovieWriter(const FFWriteRequest& request)
             // asked for it and is told what was used instead.
             FFClearMovieError();
             if (std::strncmp(type, request.type, 4) != 0)
-                Notice(std::string("The ") + container->name + " container cannot hold " + CodecTitle(request.type)
-                    + ": writing " + CodecTitle(type) + " instead");
+                Notice(std::string("The ") + container->name + " container cannot hold " +
+                       CodecTitle(request.type) + ": writing " + CodecTitle(type) + " instead");
             if (mEncodedWidth != request.width || mEncodedHeight != request.height)
-                Notice(CodecTitle(type) + " needs even sides: the " + std::to_string(request.width) + "x"
-                    + std::to_string(request.height) + " frames are padded to "
-                    + std::to_string(mEncodedWidth) + "x" + std::to_string(mEncodedHeight)
-                    + ", the last column or row repeated");
+                Notice(CodecTitle(type) + " needs even sides: the " +
+                       std::to_string(request.width) + "x" + std::to_string(request.height) +
+                       " frames are padded to " + std::to_string(mEncodedWidth) + "x" +
+                       std::to_string(mEncodedHeight) + ", the last column or row repeated");
             return true;
         }
         if (result == OpenResult::kFailed)
             return false;
         ReleaseWriter(true);
     }
-    SetError(std::string("No codec of this FFmpeg can be written into a ") + container->name + " file");
+    SetError(std::string("No codec of this FFmpeg can be written into a ") + container->name +
+             " file");
     return false;
 }
 
 bool FFWriteMovieFrame(const unsigned char* frame, bool addSample)
 {
-    if (mWriteMedia == nullptr || mWriteScaler == nullptr || !mWriteHeaderStored || frame == nullptr) {
+    if (mWriteMedia == nullptr || mWriteScaler == nullptr || !mWriteHeaderStored ||
+        frame == nullptr) {
         SetError("No movie is open for writing");
         return false;
     }
@@ -741,11 +747,10 @@ bool FFWriteMovieFrame(const unsigned char* frame, bool addSample)
     }
     if (!mPadded.empty())
         frame = PadFrame(frame);
-    const uint8_t* planes[4] = { frame, nullptr, nullptr, nullptr };
-    const int strides[4] = { 4 * mEncodedWidth, 0, 0, 0 };
-    if (sws_scale(
-            mWriteScaler, planes, strides, 0, mEncodedHeight, mWritePicture->data, mWritePicture->linesize)
-        != mEncodedHeight) {
+    const uint8_t* planes[4] = {frame, nullptr, nullptr, nullptr};
+    const int strides[4] = {4 * mEncodedWidth, 0, 0, 0};
+    if (sws_scale(mWriteScaler, planes, strides, 0, mEncodedHeight, mWritePicture->data,
+                  mWritePicture->linesize) != mEncodedHeight) {
         SetError("Cannot convert a frame");
         return false;
     }
@@ -810,34 +815,30 @@ bool FFContainerTakes(const char* path, const char* type)
     return plan != nullptr && container != nullptr && ContainerTakes(container, plan->id);
 }
 
-std::string FFWritingType()
-{
-    return mWriteMedia != nullptr ? mWriteType : std::string();
-}
+std::string FFWritingType() { return mWriteMedia != nullptr ? mWriteType : std::string(); }
 
 // ---- [SECTION] Reading ----------------------------------------------------------------------
 
-namespace
-{
+namespace {
 
-AVFormatContext* mReadMovie = nullptr; // the movie file being read
-AVCodecContext* mReadMedia = nullptr; // the decoder of its video stream
-AVFrame* mReadShown = nullptr; // the frame showing at the last time asked for
-AVFrame* mReadAhead = nullptr; // the next frame, decoded but not yet shown
+AVFormatContext* mReadMovie = nullptr;  // the movie file being read
+AVCodecContext* mReadMedia = nullptr;   // the decoder of its video stream
+AVFrame* mReadShown = nullptr;          // the frame showing at the last time asked for
+AVFrame* mReadAhead = nullptr;          // the next frame, decoded but not yet shown
 AVPacket* mReadPacket = nullptr;
-SwsContext* mReadScaler = nullptr; // decoded pixel format to the frame buffer
+SwsContext* mReadScaler = nullptr;  // decoded pixel format to the frame buffer
 int mReadStream = -1;
 int mReadWidth = 0;
 int mReadHeight = 0;
-int64_t mReadStart = 0; // the stream's first time, in its time base
-AVColorSpace mReadMatrix = AVCOL_SPC_UNSPECIFIED; // the matrix the container names
+int64_t mReadStart = 0;                            // the stream's first time, in its time base
+AVColorSpace mReadMatrix = AVCOL_SPC_UNSPECIFIED;  // the matrix the container names
 int64_t mReadShownPts = 0;
 int64_t mReadAheadPts = 0;
 int64_t mReadLastPts = -1;
 bool mReadShownValid = false;
 bool mReadAheadValid = false;
-bool mReadDraining = false; // the end of the file has been handed to the decoder
-bool mReadAtStart = true; // nothing read since open or the last seek to the start
+bool mReadDraining = false;  // the end of the file has been handed to the decoder
+bool mReadAtStart = true;    // nothing read since open or the last seek to the start
 
 int64_t PtsOf(const AVFrame* frame)
 {
@@ -904,46 +905,48 @@ bool SeekTo(int64_t pts)
 bool ConvertShown(unsigned char* out)
 {
     AVPixelFormat format = static_cast<AVPixelFormat>(mReadShown->format);
-    mReadScaler = sws_getCachedContext(mReadScaler, mReadShown->width, mReadShown->height, format, mReadWidth,
-        mReadHeight, AV_PIX_FMT_ARGB, SWS_BICUBIC | SWS_ACCURATE_RND | SWS_FULL_CHR_H_INT, nullptr, nullptr,
-        nullptr);
+    mReadScaler = sws_getCachedContext(mReadScaler, mReadShown->width, mReadShown->height, format,
+                                       mReadWidth, mReadHeight, AV_PIX_FMT_ARGB,
+                                       SWS_BICUBIC | SWS_ACCURATE_RND | SWS_FULL_CHR_H_INT, nullptr,
+                                       nullptr, nullptr);
     if (mReadScaler == nullptr) {
-        SetError(std::string("Cannot convert frames from ")
-            + (av_get_pix_fmt_name(format) != nullptr ? av_get_pix_fmt_name(format) : "?"));
+        SetError(std::string("Cannot convert frames from ") +
+                 (av_get_pix_fmt_name(format) != nullptr ? av_get_pix_fmt_name(format) : "?"));
         return false;
     }
     const AVPixFmtDescriptor* descriptor = av_pix_fmt_desc_get(format);
     if (descriptor != nullptr && (descriptor->flags & AV_PIX_FMT_FLAG_RGB) == 0) {
         // The matrix the frame names, else the one the container names; unnamed, the usual
         // guess by size (HD is BT.709).
-        AVColorSpace named
-            = mReadShown->colorspace != AVCOL_SPC_UNSPECIFIED ? mReadShown->colorspace : mReadMatrix;
+        AVColorSpace named =
+            mReadShown->colorspace != AVCOL_SPC_UNSPECIFIED ? mReadShown->colorspace : mReadMatrix;
         int matrix = SWS_CS_ITU601;
-        if (named == AVCOL_SPC_BT709 || (named == AVCOL_SPC_UNSPECIFIED && mReadShown->height >= 720))
+        if (named == AVCOL_SPC_BT709 ||
+            (named == AVCOL_SPC_UNSPECIFIED && mReadShown->height >= 720))
             matrix = SWS_CS_ITU709;
         else if (named == AVCOL_SPC_BT2020_NCL || named == AVCOL_SPC_BT2020_CL)
             matrix = SWS_CS_BT2020;
         else if (named == AVCOL_SPC_SMPTE240M)
             matrix = SWS_CS_SMPTE240M;
-        bool fullRange = mReadShown->color_range == AVCOL_RANGE_JPEG || format == AV_PIX_FMT_YUVJ420P
-            || format == AV_PIX_FMT_YUVJ422P || format == AV_PIX_FMT_YUVJ444P;
+        bool fullRange = mReadShown->color_range == AVCOL_RANGE_JPEG ||
+                         format == AV_PIX_FMT_YUVJ420P || format == AV_PIX_FMT_YUVJ422P ||
+                         format == AV_PIX_FMT_YUVJ444P;
         sws_setColorspaceDetails(mReadScaler, sws_getCoefficients(matrix), fullRange ? 1 : 0,
-            sws_getCoefficients(SWS_CS_DEFAULT), 1, 0, 1 << 16, 1 << 16);
+                                 sws_getCoefficients(SWS_CS_DEFAULT), 1, 0, 1 << 16, 1 << 16);
     }
-    uint8_t* planes[4] = { out, nullptr, nullptr, nullptr };
-    const int strides[4] = { 4 * mReadWidth, 0, 0, 0 };
-    if (sws_scale(mReadScaler, mReadShown->data, mReadShown->linesize, 0, mReadShown->height, planes, strides)
-        != mReadHeight) {
+    uint8_t* planes[4] = {out, nullptr, nullptr, nullptr};
+    const int strides[4] = {4 * mReadWidth, 0, 0, 0};
+    if (sws_scale(mReadScaler, mReadShown->data, mReadShown->linesize, 0, mReadShown->height,
+                  planes, strides) != mReadHeight) {
         SetError("Cannot convert a frame");
         return false;
     }
     return true;
 }
 
-} // namespace
+}  // namespace
 
-namespace
-{
+namespace {
 
 // The sides a movie frame may have; the frame buffer and the CDIB it is copied into are made
 // only for sizes within them.
@@ -962,8 +965,8 @@ bool StatesUnreadableSize(const AVFormatContext* movie)
         const AVCodecParameters* parameters = movie->streams[i]->codecpar;
         if (parameters->codec_type != AVMEDIA_TYPE_VIDEO)
             continue;
-        if ((parameters->width != 0 || parameters->height != 0)
-            && !ReadableSize(parameters->width, parameters->height))
+        if ((parameters->width != 0 || parameters->height != 0) &&
+            !ReadableSize(parameters->width, parameters->height))
             return true;
     }
     return false;
@@ -971,7 +974,7 @@ bool StatesUnreadableSize(const AVFormatContext* movie)
 
 // Decoders, also those the stream probe opens, refuse frames of more pixels than the largest
 // readable frame has, whatever a packet states.
-constexpr const char* kLargestReadPixels = "67108864"; // 8192 × 8192
+constexpr const char* kLargestReadPixels = "67108864";  // 8192 × 8192
 
 bool OpenMovieReader(const char* path, int* width, int* height)
 {
@@ -991,7 +994,8 @@ bool OpenMovieReader(const char* path, int* width, int* height)
     std::vector<AVDictionary*> probeOptions(mReadMovie->nb_streams, nullptr);
     for (AVDictionary*& options : probeOptions)
         av_dict_set(&options, "max_pixels", kLargestReadPixels, 0);
-    result = avformat_find_stream_info(mReadMovie, probeOptions.empty() ? nullptr : probeOptions.data());
+    result =
+        avformat_find_stream_info(mReadMovie, probeOptions.empty() ? nullptr : probeOptions.data());
     for (AVDictionary*& options : probeOptions)
         av_dict_free(&options);
     if (result < 0) {
@@ -1002,7 +1006,8 @@ bool OpenMovieReader(const char* path, int* width, int* height)
     const AVCodec* codec = nullptr;
     mReadStream = av_find_best_stream(mReadMovie, AVMEDIA_TYPE_VIDEO, -1, -1, &codec, 0);
     if (mReadStream < 0 || codec == nullptr) {
-        SetError(name + " has no video that this FFmpeg decodes", mReadStream < 0 ? mReadStream : 0);
+        SetError(name + " has no video that this FFmpeg decodes",
+                 mReadStream < 0 ? mReadStream : 0);
         FFCloseMovieReader();
         return false;
     }
@@ -1017,7 +1022,8 @@ bool OpenMovieReader(const char* path, int* width, int* height)
     mReadShown = av_frame_alloc();
     mReadAhead = av_frame_alloc();
     mReadPacket = av_packet_alloc();
-    if (mReadMedia == nullptr || mReadShown == nullptr || mReadAhead == nullptr || mReadPacket == nullptr) {
+    if (mReadMedia == nullptr || mReadShown == nullptr || mReadAhead == nullptr ||
+        mReadPacket == nullptr) {
         SetError("Not enough memory to read " + name, AVERROR(ENOMEM));
         FFCloseMovieReader();
         return false;
@@ -1045,7 +1051,7 @@ bool OpenMovieReader(const char* path, int* width, int* height)
     return true;
 }
 
-} // namespace
+}  // namespace
 
 bool FFOpenMovieReader(const char* path, int* width, int* height)
 {
@@ -1072,7 +1078,8 @@ long FFReadDuration()
     if (stream->duration != AV_NOPTS_VALUE)
         return static_cast<long>(stream->duration);
     if (mReadMovie->duration != AV_NOPTS_VALUE)
-        return static_cast<long>(av_rescale_q(mReadMovie->duration, AV_TIME_BASE_Q, stream->time_base));
+        return static_cast<long>(
+            av_rescale_q(mReadMovie->duration, AV_TIME_BASE_Q, stream->time_base));
     return 0;
 }
 
@@ -1166,10 +1173,7 @@ void FFClearMovieError()
     mLastLogLine.clear();
 }
 
-void FFSetMovieError(const char* text)
-{
-    SetErrorNoThrow(text != nullptr ? text : "");
-}
+void FFSetMovieError(const char* text) { SetErrorNoThrow(text != nullptr ? text : ""); }
 
 bool FFProbeMovieFile(const char* path, FFMovieFacts* facts)
 {
@@ -1209,8 +1213,8 @@ bool FFProbeMovieFile(const char* path, FFMovieFacts* facts)
     facts->timeBaseNum = stream->time_base.num;
     facts->timeBaseDen = stream->time_base.den;
     facts->duration = stream->duration != AV_NOPTS_VALUE ? stream->duration : -1;
-    const AVPixFmtDescriptor* descriptor
-        = av_pix_fmt_desc_get(static_cast<AVPixelFormat>(parameters->format));
+    const AVPixFmtDescriptor* descriptor =
+        av_pix_fmt_desc_get(static_cast<AVPixelFormat>(parameters->format));
     facts->alpha = descriptor != nullptr && (descriptor->flags & AV_PIX_FMT_FLAG_ALPHA) != 0;
     AVPacket* packet = av_packet_alloc();
     bool first = true;
@@ -1222,7 +1226,8 @@ bool FFProbeMovieFile(const char* path, FFMovieFacts* facts)
             if (packet->pts != AV_NOPTS_VALUE) {
                 if (first || packet->pts < facts->firstPts)
                     facts->firstPts = packet->pts;
-                facts->lastEnd = std::max<long long>(facts->lastEnd, packet->pts + packet->duration);
+                facts->lastEnd =
+                    std::max<long long>(facts->lastEnd, packet->pts + packet->duration);
                 first = false;
             }
         }

@@ -24,21 +24,22 @@ std::string FFEncoderQuality(const char* type, int spatialQuality);
 // ---- Writing ----------------------------------------------------------------------------------
 
 struct FFWriteRequest {
-    const char* path = nullptr; // the movie file; replaced when it exists
-    int width = 0; // the movie's size in pixels
+    const char* path = nullptr;  // the movie file; replaced when it exists
+    int width = 0;               // the movie's size in pixels
     int height = 0;
-    long timeScale = 0; // time units per second; every frame lasts 100 of them
-    char type[5] = {}; // the codec's four-character code
-    int spatialQuality = 512; // 0 least .. 1023 best
-    bool keepAlpha = false; // codecs that can carry alpha store it (png, rle, raw)
+    long timeScale = 0;        // time units per second; every frame lasts 100 of them
+    char type[5] = {};         // the codec's four-character code
+    int spatialQuality = 512;  // 0 least .. 1023 best
+    bool keepAlpha = false;    // codecs that can carry alpha store it (png, rle, raw)
 };
 
 // Creates the movie file, its one video track and the encoder. The muxer follows the file's
 // extension (a name FFmpeg does not know becomes a QuickTime movie); a codec that the container
 // cannot hold gives way to one it can, and the notice hook hears of it. H.264 frames with an odd
 // side are padded by one pixel (the notice hook hears that too). The movie is written to a
-// temporary file beside the path and renamed over it by a successful close. False on any failure, with MovieLastError set; the
-// caller still calls FFCloseMovieWriter, which then removes the unfinished file.
+// temporary file beside the path and renamed over it by a successful close. False on any failure,
+// with MovieLastError set; the caller still calls FFCloseMovieWriter, which then removes the
+// unfinished file.
 bool FFOpenMovieWriter(const FFWriteRequest& request);
 // Converts one frame buffer for the encoder and, when addSample is set, encodes it as the next
 // frame (100 time units after the last). Without addSample nothing is added to the movie: the
@@ -84,19 +85,19 @@ void FFSetMovieError(const char* text);
 // What a movie file holds, read with the demuxer alone: no decoder, no state shared with the
 // reader. For tests and diagnostics.
 struct FFMovieFacts {
-    std::string container; // the demuxer's name ("mov,mp4,m4a,3gp,3g2,mj2", "matroska,webm", ...)
-    std::string codec; // the decoder's name of the stream's codec ("h264", "png", ...)
-    char tag[5] = {}; // the stream's four-character code as stored; "" when none
+    std::string container;  // the demuxer's name ("mov,mp4,m4a,3gp,3g2,mj2", "matroska,webm", ...)
+    std::string codec;      // the decoder's name of the stream's codec ("h264", "png", ...)
+    char tag[5] = {};       // the stream's four-character code as stored; "" when none
     int width = 0;
     int height = 0;
-    long timeBaseNum = 0; // the video stream's time base
+    long timeBaseNum = 0;  // the video stream's time base
     long timeBaseDen = 0;
-    long long duration = -1; // in the stream's time base; -1 when the container does not say
-    long packets = 0; // video packets in the file
-    long keyPackets = 0; // of them, key frames
-    long long firstPts = 0; // presentation time of the earliest packet
-    long long lastEnd = 0; // the latest packet's presentation time plus its duration
-    bool alpha = false; // the stream's pixel format carries alpha
+    long long duration = -1;  // in the stream's time base; -1 when the container does not say
+    long packets = 0;         // video packets in the file
+    long keyPackets = 0;      // of them, key frames
+    long long firstPts = 0;   // presentation time of the earliest packet
+    long long lastEnd = 0;    // the latest packet's presentation time plus its duration
+    bool alpha = false;       // the stream's pixel format carries alpha
     int videoStreams = 0;
     int otherStreams = 0;
 };

@@ -20,8 +20,7 @@
 
 const char kDefaultCodec[] = "avc1";
 
-namespace
-{
+namespace {
 
 struct CodecName {
     const char* type;
@@ -30,12 +29,8 @@ struct CodecName {
 
 // Every codec this layer knows, in the order the dialog and the command line list them.
 const CodecName kCodecNames[] = {
-    { "avc1", "H.264" },
-    { "apcn", "ProRes 422" },
-    { "mjpa", "Motion JPEG A" },
-    { "png ", "PNG" },
-    { "rle ", "Animation" },
-    { "raw ", "Uncompressed" },
+    {"avc1", "H.264"}, {"apcn", "ProRes 422"}, {"mjpa", "Motion JPEG A"},
+    {"png ", "PNG"},   {"rle ", "Animation"},  {"raw ", "Uncompressed"},
 };
 
 constexpr int kNormalQuality = 512;
@@ -46,7 +41,7 @@ struct CodecComponent {
     bool open = false;
     char type[5] = {};
     int spatialQuality = kNormalQuality;
-    long frameRate = 0; // hundredths of a frame per second
+    long frameRate = 0;  // hundredths of a frame per second
 };
 CodecComponent mCurDlgCom;
 
@@ -90,10 +85,7 @@ const char* NameOf(const std::string& type)
     return nullptr;
 }
 
-bool Known(const std::string& type)
-{
-    return NameOf(type) != nullptr;
-}
+bool Known(const std::string& type) { return NameOf(type) != nullptr; }
 
 // The code stored in "CodecType", four characters, or "".
 std::string SettingCodec()
@@ -144,10 +136,12 @@ bool PathOf(FSpec* file, char* path)
 bool CopyFrameIn(const CDIB& frame)
 {
     int depth = frame.GetBitCount();
-    if (frame.GetWid() != mWriteWidth || frame.GetHgt() != mWriteHeight || (depth != 24 && depth != 32)) {
-        FFSetMovieError(("A " + std::to_string(frame.GetWid()) + "x" + std::to_string(frame.GetHgt()) + " "
-            + std::to_string(depth) + "-bit frame does not fit a " + std::to_string(mWriteWidth) + "x"
-            + std::to_string(mWriteHeight) + " movie")
+    if (frame.GetWid() != mWriteWidth || frame.GetHgt() != mWriteHeight ||
+        (depth != 24 && depth != 32)) {
+        FFSetMovieError(("A " + std::to_string(frame.GetWid()) + "x" +
+                         std::to_string(frame.GetHgt()) + " " + std::to_string(depth) +
+                         "-bit frame does not fit a " + std::to_string(mWriteWidth) + "x" +
+                         std::to_string(mWriteHeight) + " movie")
                             .c_str());
         return false;
     }
@@ -189,14 +183,11 @@ bool OutOfMemory() noexcept
     return false;
 }
 
-} // namespace
+}  // namespace
 
 // ---- Services and codec selection -------------------------------------------------------------
 
-int QTOpenMovies()
-{
-    return 1;
-}
+int QTOpenMovies() { return 1; }
 
 int QTCloseMovies()
 {
@@ -243,7 +234,7 @@ try {
         std::vector<CodecDialogCodec> codecs;
         for (const CodecName& codec : kCodecNames) {
             if (FFHasEncoder(codec.type))
-                codecs.push_back(CodecDialogCodec { codec.type, codec.name });
+                codecs.push_back(CodecDialogCodec{codec.type, codec.name});
         }
         CodecDialogSettings chosen;
         chosen.type = settings.type;
@@ -302,30 +293,22 @@ try {
     return std::string();
 }
 
-void UseCodec(const char* fourcc)
-{
-    CopyType(mPreselected, FourCharacters(fourcc));
-}
+void UseCodec(const char* fourcc) { CopyType(mPreselected, FourCharacters(fourcc)); }
 
 bool IsCodecWritableIn(const char* fourcc, const char* moviePath)
 {
     return IsCodecAvailable(fourcc) && FFContainerTakes(moviePath, FourCharacters(fourcc).c_str());
 }
 
-void SetMovieNoticeHook(MovieNoticeHook hook, void* context)
-{
-    FFSetNoticeHook(hook, context);
-}
+void SetMovieNoticeHook(MovieNoticeHook hook, void* context) { FFSetNoticeHook(hook, context); }
 
-const char* MovieLastError()
-{
-    return FFMovieError();
-}
+const char* MovieLastError() { return FFMovieError(); }
 
 // ---- Writing ----------------------------------------------------------------------------------
 
-bool QTMovieWriteOpen([[maybe_unused]] bool notFirstMovie, FSpec* file, CDIB* firstFrame, float framesPerSecond,
-                      [[maybe_unused]] int quality, [[maybe_unused]] long totalFrames)
+bool QTMovieWriteOpen([[maybe_unused]] bool notFirstMovie, FSpec* file, CDIB* firstFrame,
+                      float framesPerSecond, [[maybe_unused]] int quality,
+                      [[maybe_unused]] long totalFrames)
 try {
     FFClearMovieError();
     char path[kMaxPathLength + 1] = {};
@@ -429,8 +412,8 @@ try {
     }
     if (!FFReadMovieFrame(time, mReadGWorld.data()))
         return false;
-    if (!frame->Create(mReadWidth, mReadHeight, 32) || frame->GetBitCount() != 32
-        || frame->GetWid() != mReadWidth || frame->GetHgt() != mReadHeight) {
+    if (!frame->Create(mReadWidth, mReadHeight, 32) || frame->GetBitCount() != 32 ||
+        frame->GetWid() != mReadWidth || frame->GetHgt() != mReadHeight) {
         FFSetMovieError("No room for a frame of the movie's size");
         return false;
     }
@@ -451,10 +434,7 @@ bool QTMovieReadClose()
     return true;
 }
 
-long QTGetMovieDuration()
-{
-    return mReadOpen ? FFReadDuration() : 0;
-}
+long QTGetMovieDuration() { return mReadOpen ? FFReadDuration() : 0; }
 
 float QTGetMovieFrameRate()
 {

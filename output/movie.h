@@ -102,8 +102,8 @@ long MovieTimeScale(float framesPerSecond);
 
 // The codec settings the next movie is written with.
 struct MovieCodecSettings {
-    char type[5] = {}; // four-character code
-    int spatialQuality = 512; // 0 least .. 1023 best
-    long frameRate = 0; // hundredths of a frame per second of the last selection; 0 before one
+    char type[5] = {};         // four-character code
+    int spatialQuality = 512;  // 0 least .. 1023 best
+    long frameRate = 0;  // hundredths of a frame per second of the last selection; 0 before one
 };
 MovieCodecSettings GetMovieCodecSettings();

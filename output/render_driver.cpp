@@ -6,10 +6,10 @@
 #include <algorithm>
 #include <cerrno>
 #include <cmath>
-#include <limits>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <limits>
 #include <string>
 
 #include "doc/cdoc.h"
@@ -191,10 +191,11 @@ bool MakeMovie(CDoc& doc, CDIB* frame, int fieldMode, long startFrame, long endF
         int pic = doc.FindCurPic(gCurFrame);
         long pictureStart = doc.GetPicStart(pic);
         long dissolve = FrameOfFloat(doc.keys[pic][0].TransLen);
-        if (pic > 0 && dissolve > 0 && gCurFrame >= pictureStart && gCurFrame < pictureStart + dissolve &&
-            incoming.Create(width, height, 32) &&
+        if (pic > 0 && dissolve > 0 && gCurFrame >= pictureStart &&
+            gCurFrame < pictureStart + dissolve && incoming.Create(width, height, 32) &&
             doc.RenderFrame(gCurFrame, fieldMode, false, width, height, &incoming, false)) {
-            double outgoingShare = 1.0 - static_cast<double>(gCurFrame - pictureStart) / static_cast<double>(dissolve);
+            double outgoingShare =
+                1.0 - static_cast<double>(gCurFrame - pictureStart) / static_cast<double>(dissolve);
             frame->Dissolve(&incoming, static_cast<float>(outgoingShare));
         }
         // The frame is a picture shown whole: no pixel of it may be transparent in a movie that
@@ -248,7 +249,8 @@ MovieJobResult MakeMovieFiles(CDoc& doc, const MovieJob& job, RenderProgress& pr
             movie = BatchMovieName(job.movie, job.shows[run]);
             end = ShowEnd(doc);
         }
-        if (!QTMovieWriteOpen(!first, &movie, &frame, options.framesPerSecond, options.quality, total)) {
+        if (!QTMovieWriteOpen(!first, &movie, &frame, options.framesPerSecond, options.quality,
+                              total)) {
             QTMovieWriteClose();
             if (job.reportInBoxes)
                 ErrorBox("Error Opening Movie File", -9999);

@@ -28,15 +28,15 @@ public:
 
 // The options of "Make Movie Options", as numbers.
 struct MovieOptions {
-    int width = 720;             // 0..4096
-    int height = 480;            // 0..4096
-    long start = 0;              // first frame
-    long end = 0;                // exclusive bound of the run; before start renders backwards
-    long holds = 0;              // copies of the first and of the last frame
+    int width = 720;                 // 0..4096
+    int height = 480;                // 0..4096
+    long start = 0;                  // first frame
+    long end = 0;                    // exclusive bound of the run; before start renders backwards
+    long holds = 0;                  // copies of the first and of the last frame
     float framesPerSecond = 29.97f;  // 0..60
     int quality = 100;
-    bool fields = true;          // both interlaced fields
-    bool reverse = false;        // the run again, backwards
+    bool fields = true;    // both interlaced fields
+    bool reverse = false;  // the run again, backwards
 };
 
 // The end of a show: its last picture's start plus that picture's last key.
@@ -67,8 +67,8 @@ enum class MovieJobResult {
 
 struct MovieJob {
     MovieOptions options;
-    FSpec movie{};             // the movie file, or in batch mode one in the output folder
-    std::vector<FSpec> shows;  // batch mode: the show files; empty: the document's show
+    FSpec movie{};              // the movie file, or in batch mode one in the output folder
+    std::vector<FSpec> shows;   // batch mode: the show files; empty: the document's show
     bool storeSettings = true;  // remember the options and the movie type
     bool reportInBoxes = true;  // the editor's message boxes; the command line says its own
 };

@@ -32,12 +32,11 @@ constexpr long kYellow = 0x00E0FF;
 constexpr long kFace = 0xC0C0C0;
 
 // Rows of the described dialog, one of each kind.
-const char* const kRows[] = {"Width",     "@CLoop the show",      "@CTitle safe",
-                             "@RFields|Upper first", "@RLower first", "@RSpeed|Slow",
-                             "@RFast",    "@SQuality",            "@LBorder colour",
-                             "@FTexture folder"};
-const char* const kValues[] = {"640", "0", "", "1", "", "", "1", "75", "16711680",
-                               "/usr/share/pixmaps/textures/"};
+const char* const kRows[] = {
+    "Width",        "@CLoop the show", "@CTitle safe", "@RFields|Upper first", "@RLower first",
+    "@RSpeed|Slow", "@RFast",          "@SQuality",    "@LBorder colour",      "@FTexture folder"};
+const char* const kValues[] = {"640", "0", "",   "1",        "",
+                               "",    "1", "75", "16711680", "/usr/share/pixmaps/textures/"};
 constexpr int kRowCount = sizeof kRows / sizeof kRows[0];
 
 void Caption(const char* text, int x, int y)
@@ -68,8 +67,8 @@ void DrawFills(int top)
     DrawBar(kYellow, {10, top, 60, top + 40});
     DrawRoundBar(kGreen, {70, top, 130, top + 40}, 16);
     DrawCirBar(kBlue, {140, top, 200, top + 40});
-    tagPOINT star[] = {{235, top},      {245, top + 28}, {215, top + 12},
-                       {255, top + 12}, {225, top + 28}};
+    tagPOINT star[] = {
+        {235, top}, {245, top + 28}, {215, top + 12}, {255, top + 12}, {225, top + 28}};
     DrawPolygon(kRed, kInk, 5, star);
     DrawTriangle(kYellow, 270, top + 40, 300, top, 330, top + 40, kInk);
     DrawTriangle(kGreen, tagPOINT{340, top}, tagPOINT{380, top}, tagPOINT{360, top + 40});

@@ -69,7 +69,8 @@ bool ParseFrameText(const std::string& text, FrameText* frame)
     size_t from = 0;
     for (;;) {
         size_t colon = text.find(':', from);
-        parts.push_back(text.substr(from, colon == std::string::npos ? std::string::npos : colon - from));
+        parts.push_back(
+            text.substr(from, colon == std::string::npos ? std::string::npos : colon - from));
         if (colon == std::string::npos)
             break;
         from = colon + 1;
@@ -176,10 +177,7 @@ const char* UsageText()
            "complete: a stopped or failed render never leaves a broken file under that name.\n";
 }
 
-std::string VersionText()
-{
-    return std::string("parallaxotron ") + PX_VERSION + "\n";
-}
+std::string VersionText() { return std::string("parallaxotron ") + PX_VERSION + "\n"; }
 
 CommandLine ParseCommandLine(const std::vector<std::string>& arguments)
 {
@@ -234,16 +232,19 @@ CommandLine ParseCommandLine(const std::vector<std::string>& arguments)
             if (!value(&text) || text.empty() ||
                 (line.framesPerSecond = std::strtof(text.c_str(), &end), *end != '\0') ||
                 !(*line.framesPerSecond > 0.0f) || *line.framesPerSecond > 60.0f)
-                return UsageError("--fps needs a frame rate above 0 and up to 60, e.g. 25 or 29.97");
+                return UsageError(
+                    "--fps needs a frame rate above 0 and up to 60, e.g. 25 or 29.97");
         } else if (argument == "--start" || argument == "--end" || argument == "--hold" ||
                    argument == "--still") {
-            std::optional<FrameText>* out = argument == "--start" ? &line.start
-                                            : argument == "--end" ? &line.end
+            std::optional<FrameText>* out = argument == "--start"  ? &line.start
+                                            : argument == "--end"  ? &line.end
                                             : argument == "--hold" ? &line.hold
                                                                    : &line.still;
             if (!frame(out))
-                return UsageError(argument + " needs a frame number (digits only, e.g. 150) or a timecode "
-                                  "with colons (e.g. 00:00:05:00), not '" + (i < arguments.size() ? arguments[i] : "") + "'");
+                return UsageError(argument +
+                                  " needs a frame number (digits only, e.g. 150) or a timecode "
+                                  "with colons (e.g. 00:00:05:00), not '" +
+                                  (i < arguments.size() ? arguments[i] : "") + "'");
         } else if (argument == "--quality") {
             if (!value(&text) || !ParseWhole(text, &number) || number > 100)
                 return UsageError("--quality needs a number from 0 to 100");
@@ -259,7 +260,7 @@ CommandLine ParseCommandLine(const std::vector<std::string>& arguments)
         } else if (argument == "--progress") {
             if (!value(&text) || (text != "bar" && text != "lines" && text != "json"))
                 return UsageError("--progress needs bar, lines or json");
-            line.progress = text == "bar" ? ProgressStyle::kBar
+            line.progress = text == "bar"     ? ProgressStyle::kBar
                             : text == "lines" ? ProgressStyle::kLines
                                               : ProgressStyle::kJson;
         } else if (argument == "--quiet") {
@@ -269,7 +270,8 @@ CommandLine ParseCommandLine(const std::vector<std::string>& arguments)
         } else if (render || line.shows.empty()) {
             line.shows.push_back(argument);
         } else {
-            return UsageError("more than one show named: " + line.shows.front() + " and " + argument);
+            return UsageError("more than one show named: " + line.shows.front() + " and " +
+                              argument);
         }
     }
     if (line.still)
@@ -284,7 +286,8 @@ CommandLine ParseCommandLine(const std::vector<std::string>& arguments)
         if (line.output.empty())
             return UsageError("no output file named: add -o FILE");
         if (line.kind == CommandKind::kStill && line.shows.size() > 1)
-            return UsageError("--still renders one show; " + std::to_string(line.shows.size()) + " are named");
+            return UsageError("--still renders one show; " + std::to_string(line.shows.size()) +
+                              " are named");
     }
     return line;
 }

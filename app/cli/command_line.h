@@ -24,7 +24,7 @@ enum class CommandKind {
 
 // A frame as typed: a frame number (digits only) or a timecode with colons.
 struct FrameText {
-    std::string text;    // as typed, for messages
+    std::string text;  // as typed, for messages
     bool timecode = false;
     long frame = 0;      // a frame number
     int fields[4] = {};  // a timecode: hours, minutes, seconds, frames
@@ -46,9 +46,9 @@ enum class ProgressStyle {
 
 struct CommandLine {
     CommandKind kind = CommandKind::kEditor;
-    std::string error;               // for kUsageError: what was wrong
-    std::vector<std::string> shows;  // the show files; one except for a batch into a folder
-    std::string output;              // -o: a file, or a folder (ending in "/" or existing)
+    std::string error;                    // for kUsageError: what was wrong
+    std::vector<std::string> shows;       // the show files; one except for a batch into a folder
+    std::string output;                   // -o: a file, or a folder (ending in "/" or existing)
     std::optional<std::string> settings;  // --settings FILE: defaults from that settings file
     std::optional<int> width;
     std::optional<int> height;

@@ -1,7 +1,7 @@
 #include "app/cli/progress_report.h"
 
-#include <algorithm>
 #include <unistd.h>
+#include <algorithm>
 
 #include "app/cli/stop_signals.h"
 
@@ -13,17 +13,15 @@ ProgressReport::ProgressReport(std::FILE* err, ProgressStyle style, bool quiet, 
         style_ = isatty(fileno(err)) != 0 ? ProgressStyle::kBar : ProgressStyle::kLines;
 }
 
-bool ProgressReport::CancelRequested()
-{
-    return StopSignal() != 0;
-}
+bool ProgressReport::CancelRequested() { return StopSignal() != 0; }
 
 void ProgressReport::FrameWritten()
 {
     ++written_;
     NoteFrameWritten(written_);
     Clock::time_point now = Clock::now();
-    auto every = style_ == ProgressStyle::kBar ? std::chrono::milliseconds(200) : std::chrono::milliseconds(1000);
+    auto every = style_ == ProgressStyle::kBar ? std::chrono::milliseconds(200)
+                                               : std::chrono::milliseconds(1000);
     if (now - lastShown_ >= every || written_ == total_) {
         lastShown_ = now;
         Show(now);
@@ -48,15 +46,16 @@ void ProgressReport::Show(Clock::time_point now)
     long left = rate > 0.0 ? static_cast<long>((total_ - written_) / rate + 0.5) : 0;
     switch (style_) {
     case ProgressStyle::kJson:
-        std::fprintf(err_, "{\"frame\":%ld,\"total\":%ld,\"fps\":%.2f,\"eta_s\":%ld}\n", written_, total_, rate,
-                     left);
+        std::fprintf(err_, "{\"frame\":%ld,\"total\":%ld,\"fps\":%.2f,\"eta_s\":%ld}\n", written_,
+                     total_, rate, left);
         break;
     case ProgressStyle::kBar:
     case ProgressStyle::kLines:
     case ProgressStyle::kAuto: {
         bool bar = style_ == ProgressStyle::kBar;
-        std::fprintf(err_, "%sframe %ld of %ld, %.1f fps, Time to go: %02ld:%02ld%s", bar ? "\r" : "", written_,
-                     total_, rate, left / 60, left % 60, bar ? "  " : "\n");
+        std::fprintf(err_, "%sframe %ld of %ld, %.1f fps, Time to go: %02ld:%02ld%s",
+                     bar ? "\r" : "", written_, total_, rate, left / 60, left % 60,
+                     bar ? "  " : "\n");
         break;
     }
     }

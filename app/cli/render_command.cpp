@@ -4,16 +4,16 @@
 
 #include "app/cli/render_command.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 #include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstring>
-#include <fcntl.h>
 #include <filesystem>
 #include <memory>
 #include <string>
-#include <sys/stat.h>
-#include <unistd.h>
 #include <vector>
 
 #include "app/cli/message_text.h"
@@ -29,8 +29,8 @@
 #include "platform/base/replace_file.h"
 #include "platform/dialog/message_box.h"
 #include "platform/file/paths.h"
-#include "platform/task/worker.h"
 #include "platform/ini/settings.h"
+#include "platform/task/worker.h"
 
 namespace {
 
@@ -53,7 +53,8 @@ std::string Lower(std::string text)
 
 bool EndsWith(const std::string& text, const std::string& tail)
 {
-    return text.size() >= tail.size() && text.compare(text.size() - tail.size(), tail.size(), tail) == 0;
+    return text.size() >= tail.size() &&
+           text.compare(text.size() - tail.size(), tail.size(), tail) == 0;
 }
 
 // Every message is one line: "parallaxotron: " and the text, names escaped where not UTF-8.
@@ -62,10 +63,7 @@ void Say(std::FILE* err, const std::string& text)
     std::fprintf(err, "parallaxotron: %s\n", text.c_str());
 }
 
-std::string Shown(const std::string& path)
-{
-    return PrintableText(path);
-}
+std::string Shown(const std::string& path) { return PrintableText(path); }
 
 // The program's file names hold kMaxPathLength characters: a longer one is refused, never cut.
 bool PathFits(const std::string& path, const char* what, std::FILE* err)
@@ -73,7 +71,8 @@ bool PathFits(const std::string& path, const char* what, std::FILE* err)
     if (path.size() <= static_cast<size_t>(kMaxPathLength))
         return true;
     Say(err, std::string(what) + " " + Shown(path) + " is " + std::to_string(path.size()) +
-                 " characters long; file names here hold at most " + std::to_string(kMaxPathLength));
+                 " characters long; file names here hold at most " +
+                 std::to_string(kMaxPathLength));
     return false;
 }
 
@@ -93,7 +92,9 @@ bool ReadSettingsFile(const std::string& path, std::string* text, std::FILE* err
     if (descriptor < 0 || fstat(descriptor, &info) != 0 || !S_ISREG(info.st_mode)) {
         if (descriptor >= 0)
             close(descriptor);
-        Say(err, "cannot read settings file " + Shown(path) + (descriptor < 0 ? std::string(": ") + std::strerror(errno) : ": not a plain file"));
+        Say(err,
+            "cannot read settings file " + Shown(path) +
+                (descriptor < 0 ? std::string(": ") + std::strerror(errno) : ": not a plain file"));
         return false;
     }
     char bytes[kIniSize] = {};
@@ -169,7 +170,8 @@ bool OpenShow(CDoc& doc, const std::string& full, std::FILE* err)
         break;
     }
     if (doc.pictureFailures > 0) {
-        std::string picture(doc.failedPicture.name, strnlen(doc.failedPicture.name, kFSpecNameSize));
+        std::string picture(doc.failedPicture.name,
+                            strnlen(doc.failedPicture.name, kFSpecNameSize));
         Say(err, "picture " + Shown(picture) + " of " + Shown(full) + ": " +
                      Shown(PictureLoaderMessage(doc, doc.failedPicture)));
         return false;
@@ -208,8 +210,8 @@ std::string FrameAndTimecode(long frame)
 
 // The options of the run: the built-in defaults, or the settings file's; then the arguments.
 // False, with the message said, when a frame or the range does not fit the show.
-bool ChooseOptions(CDoc& doc, const CommandLine& line, const std::string& show, MovieOptions* chosen,
-                   std::FILE* err)
+bool ChooseOptions(CDoc& doc, const CommandLine& line, const std::string& show,
+                   MovieOptions* chosen, std::FILE* err)
 {
     MovieOptions options;
     if (line.settings) {
@@ -238,7 +240,8 @@ bool ChooseOptions(CDoc& doc, const CommandLine& line, const std::string& show, 
         return false;
     std::string runs = Shown(show) + " runs from frame 0 to " + FrameAndTimecode(showEnd);
     if (options.start >= showEnd) {
-        Say(err, "--start " + (line.start ? line.start->text : std::string("0")) + " is outside the show: " + runs);
+        Say(err, "--start " + (line.start ? line.start->text : std::string("0")) +
+                     " is outside the show: " + runs);
         return false;
     }
     if (options.end > showEnd) {
@@ -247,7 +250,8 @@ bool ChooseOptions(CDoc& doc, const CommandLine& line, const std::string& show, 
     }
     if (options.end <= options.start) {
         Say(err, "--start " + (line.start ? line.start->text : std::string("0")) + " --end " +
-                     (line.end ? line.end->text : std::to_string(showEnd)) + " is an empty range: " + runs);
+                     (line.end ? line.end->text : std::to_string(showEnd)) +
+                     " is an empty range: " + runs);
         return false;
     }
     *chosen = NormaliseMovieOptions(options);
@@ -259,8 +263,9 @@ void ChooseAspect(CDoc& doc, const CommandLine& line, int width, int height)
 {
     if (line.aspect) {
         doc.aspectRatio = static_cast<float>(line.aspect->ratio);
-        doc.aspectMode = line.aspect->letterbox ? kLetterboxAspectMode
-                                                : static_cast<int>(line.aspect->ratio * 10000.0 + 0.5);
+        doc.aspectMode = line.aspect->letterbox
+                             ? kLetterboxAspectMode
+                             : static_cast<int>(line.aspect->ratio * 10000.0 + 0.5);
         if (line.aspect->letterbox)
             doc.aspectRatio = 0.5625f;
         return;
@@ -274,8 +279,8 @@ void ChooseAspect(CDoc& doc, const CommandLine& line, int width, int height)
         doc.aspectMode = kLetterboxAspectMode - 1;  // a plain shape, never the letterbox marker
 }
 
-int RenderStill(CDoc& doc, const CommandLine& line, const std::string& show, const std::string& output,
-                std::FILE* err)
+int RenderStill(CDoc& doc, const CommandLine& line, const std::string& show,
+                const std::string& output, std::FILE* err)
 {
     std::string kind = Lower(output);
     if (!EndsWith(kind, ".tga") && !EndsWith(kind, ".bmp")) {
@@ -300,9 +305,10 @@ int RenderStill(CDoc& doc, const CommandLine& line, const std::string& show, con
     }
     ChooseAspect(doc, line, width, height);
     CDIB picture(width, height, 32);
-    if (picture.GetBitCount() != 32 || !doc.RenderFrame(frame, 0, false, width, height, &picture, false)) {
-        Say(err, "cannot render frame " + std::to_string(frame) + " at " + std::to_string(width) + "x" +
-                     std::to_string(height));
+    if (picture.GetBitCount() != 32 ||
+        !doc.RenderFrame(frame, 0, false, width, height, &picture, false)) {
+        Say(err, "cannot render frame " + std::to_string(frame) + " at " + std::to_string(width) +
+                     "x" + std::to_string(height));
         return kExitFailed;
     }
     FSpec spec = PathFSpec(output.c_str());
@@ -329,15 +335,19 @@ void SayNotice(const char* text, void* err)
 const char* SignalName(int signal)
 {
     switch (signal) {
-    case SIGHUP: return "SIGHUP";
-    case SIGINT: return "SIGINT";
-    case SIGTERM: return "SIGTERM";
-    default: return "a signal";
+    case SIGHUP:
+        return "SIGHUP";
+    case SIGINT:
+        return "SIGINT";
+    case SIGTERM:
+        return "SIGTERM";
+    default:
+        return "a signal";
     }
 }
 
-int RenderMovie(CDoc& doc, const CommandLine& line, const std::string& show, const std::string& output,
-                std::FILE* err)
+int RenderMovie(CDoc& doc, const CommandLine& line, const std::string& show,
+                const std::string& output, std::FILE* err)
 {
     MovieOptions options;
     if (!ChooseOptions(doc, line, show, &options, err))
@@ -349,7 +359,8 @@ int RenderMovie(CDoc& doc, const CommandLine& line, const std::string& show, con
         GetIniString("CodecType", "", remembered, 4);
     std::string codec = line.codec.value_or(remembered[0] != '\0' ? remembered : kDefaultCodec);
     if (!IsCodecAvailable(codec.c_str())) {
-        Say(err, "unknown codec '" + Shown(codec) + "'; this build writes: " + AvailableCodecList());
+        Say(err,
+            "unknown codec '" + Shown(codec) + "'; this build writes: " + AvailableCodecList());
         return kExitUsage;
     }
     UseCodec(codec.c_str());
@@ -377,7 +388,8 @@ int RenderMovie(CDoc& doc, const CommandLine& line, const std::string& show, con
         Say(err, "the codec " + Shown(codec) + " could not be set up");
         return kExitFailed;
     case MovieJobResult::kNoMemory:
-        Say(err, "no memory for " + std::to_string(options.width) + "x" + std::to_string(options.height) + " frames");
+        Say(err, "no memory for " + std::to_string(options.width) + "x" +
+                     std::to_string(options.height) + " frames");
         return kExitFailed;
     case MovieJobResult::kOpenFailed:
         Say(err, "cannot write movie " + Shown(output) + ": " + Shown(MovieLastError()));
@@ -387,8 +399,8 @@ int RenderMovie(CDoc& doc, const CommandLine& line, const std::string& show, con
         return kExitFailed;
     }
     if (StopSignal() != 0) {
-        std::fprintf(err, "Stopped by %s: %s holds the %ld frames made so far\n", SignalName(StopSignal()),
-                     Shown(output).c_str(), progress.Written());
+        std::fprintf(err, "Stopped by %s: %s holds the %ld frames made so far\n",
+                     SignalName(StopSignal()), Shown(output).c_str(), progress.Written());
         return ExitCodeOfStop(StopSignal());
     }
     if (!line.quiet)
@@ -397,12 +409,13 @@ int RenderMovie(CDoc& doc, const CommandLine& line, const std::string& show, con
 }
 
 // Where each show's movie or still goes: the file named, or folder/<show name>.mov in a batch.
-bool PlanOutputs(const CommandLine& line, const std::vector<std::string>& shows, std::vector<std::string>* outputs,
-                 std::FILE* err, int* code)
+bool PlanOutputs(const CommandLine& line, const std::vector<std::string>& shows,
+                 std::vector<std::string>* outputs, std::FILE* err, int* code)
 {
     std::string output = Absolute(line.output);
     std::error_code error;
-    bool folder = shows.size() > 1 || EndsWith(line.output, "/") || std::filesystem::is_directory(output, error);
+    bool folder = shows.size() > 1 || EndsWith(line.output, "/") ||
+                  std::filesystem::is_directory(output, error);
     *code = kExitUsage;
     if (folder && line.kind == CommandKind::kStill) {
         Say(err, "a still is written to a file, not to the folder " + Shown(output));
@@ -416,7 +429,8 @@ bool PlanOutputs(const CommandLine& line, const std::vector<std::string>& shows,
     for (const std::string& show : shows) {
         std::string target = output;
         if (folder)
-            target = (std::filesystem::path(output) / std::filesystem::path(show).stem()).string() + ".mov";
+            target = (std::filesystem::path(output) / std::filesystem::path(show).stem()).string() +
+                     ".mov";
         if (!PathFits(target, "the output", err))
             return false;
         for (const std::string& each : shows) {
@@ -457,8 +471,9 @@ int RunRenderCommand(const CommandLine& line, std::FILE* err)
             break;
         int code = kExitFailed;
         if (OpenShow(*session.doc, shows[i], err))
-            code = line.kind == CommandKind::kStill ? RenderStill(*session.doc, line, shows[i], outputs[i], err)
-                                                    : RenderMovie(*session.doc, line, shows[i], outputs[i], err);
+            code = line.kind == CommandKind::kStill
+                       ? RenderStill(*session.doc, line, shows[i], outputs[i], err)
+                       : RenderMovie(*session.doc, line, shows[i], outputs[i], err);
         if (code != kExitMade && (worst == kExitMade || code > 128))
             worst = code;
         if (code == kExitUsage && shows.size() == 1)

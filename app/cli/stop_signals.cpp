@@ -25,15 +25,9 @@ void WatchForStopSignals()
     std::signal(SIGHUP, OnStopSignal);
 }
 
-int StopSignal()
-{
-    return gStopSignal.load();
-}
+int StopSignal() { return gStopSignal.load(); }
 
-int ExitCodeOfStop(int signal)
-{
-    return 128 + signal;
-}
+int ExitCodeOfStop(int signal) { return 128 + signal; }
 
 void SetStopSignal(int signal)
 {
@@ -41,10 +35,7 @@ void SetStopSignal(int signal)
     gStopAfter.store(-1);
 }
 
-void StopAfterFrames(long frames)
-{
-    gStopAfter.store(frames);
-}
+void StopAfterFrames(long frames) { gStopAfter.store(frames); }
 
 void NoteFrameWritten(long framesSoFar)
 {

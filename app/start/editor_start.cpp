@@ -22,8 +22,9 @@ int RunEditor(char* programPath, const char* showPath)
     static char* arguments[] = {programPath, nullptr};
     arguments[0] = programPath;
     if (!StartApplication(argumentCount, arguments)) {
-        std::fprintf(stderr, "parallaxotron: no display to open the editor on; render a show with\n"
-                             "  parallaxotron --render show.plx -o movie.mov\n");
+        std::fprintf(stderr,
+                     "parallaxotron: no display to open the editor on; render a show with\n"
+                     "  parallaxotron --render show.plx -o movie.mov\n");
         return 1;
     }
     int code = RunEditorSession(arguments, showPath);

@@ -18,5 +18,6 @@ bool GetFileTypeAndCreator(const char* path, char type[4], char creator[4])
 {
     if (!path)
         return false;
-    return getxattr(path, kTypeAttribute, type, 4) == 4 && getxattr(path, kCreatorAttribute, creator, 4) == 4;
+    return getxattr(path, kTypeAttribute, type, 4) == 4 &&
+           getxattr(path, kCreatorAttribute, creator, 4) == 4;
 }

@@ -11,16 +11,10 @@
 #include "platform/base/types.h"
 
 // UTF-8 bytes.
-inline std::string FromQString(const QString& text)
-{
-    return text.toUtf8().toStdString();
-}
+inline std::string FromQString(const QString& text) { return text.toUtf8().toStdString(); }
 
 // The file system's own bytes for a name Qt holds (its local 8-bit encoding).
-inline std::string FromQPath(const QString& path)
-{
-    return QFile::encodeName(path).toStdString();
-}
+inline std::string FromQPath(const QString& path) { return QFile::encodeName(path).toStdString(); }
 
 // (x, y, width, height) as left, top, right, bottom, with right and bottom outside.
 inline tagRECT FromQRect(const QRect& rect)

@@ -2,12 +2,6 @@
 
 #include <cstdlib>
 
-void* AllocMemBlock(size_t bytes)
-{
-    return std::malloc(bytes == 0 ? 1 : bytes);
-}
+void* AllocMemBlock(size_t bytes) { return std::malloc(bytes == 0 ? 1 : bytes); }
 
-void FreeMemBlock(void* block)
-{
-    std::free(block);
-}
+void FreeMemBlock(void* block) { std::free(block); }

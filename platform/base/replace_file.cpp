@@ -1,13 +1,13 @@
 #include "platform/base/replace_file.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 #include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace {
 
@@ -94,7 +94,8 @@ bool FileReplacement::Begin()
     for (int attempt = 0; attempt < kNameAttempts; ++attempt) {
         std::string tail = suffix + std::to_string(gTemporaryCount.fetch_add(1));
         size_t fixed = folder.size() + 2 + tail.size();
-        size_t leafBytes = std::min(kTemporaryLeafBytes, fixed < kLongestPath ? kLongestPath - fixed : 0);
+        size_t leafBytes =
+            std::min(kTemporaryLeafBytes, fixed < kLongestPath ? kLongestPath - fixed : 0);
         std::string candidate = folder + "/." + leaf.substr(0, leafBytes) + tail;
         int descriptor = open(candidate.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
         if (descriptor >= 0) {
@@ -193,7 +194,4 @@ bool ReplaceFile(const std::string& path, const void* bytes, size_t count, std::
     return replaced;
 }
 
-const std::string& LastFileReplacementError()
-{
-    return tLastError;
-}
+const std::string& LastFileReplacementError() { return tLastError; }

@@ -55,7 +55,8 @@ private:
 
 // Writes `bytes` as the whole of the file at `path` through a FileReplacement. False when the
 // file could not be replaced; `error` (when given) receives the reason.
-bool ReplaceFile(const std::string& path, const void* bytes, size_t count, std::string* error = nullptr);
+bool ReplaceFile(const std::string& path, const void* bytes, size_t count,
+                 std::string* error = nullptr);
 
 // The reason of the last failed replacement on this thread, for callers whose own interface has
 // no room for it (a picture save that answers only true or false); "" after a success.

@@ -19,25 +19,16 @@
 
 #include "platform/base/types.h"
 
-inline QString ToQString(const char* text)
-{
-    return text ? QString::fromUtf8(text) : QString();
-}
+inline QString ToQString(const char* text) { return text ? QString::fromUtf8(text) : QString(); }
 
-inline QString ToQString(const QByteArray& text)
-{
-    return QString::fromUtf8(text);
-}
+inline QString ToQString(const QByteArray& text) { return QString::fromUtf8(text); }
 
 inline QString ToQString(const std::string& text)
 {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
-inline QString ToQPath(const char* path)
-{
-    return path ? QFile::decodeName(path) : QString();
-}
+inline QString ToQPath(const char* path) { return path ? QFile::decodeName(path) : QString(); }
 
 inline QString ToQPath(const std::string& path)
 {

@@ -18,11 +18,10 @@
 #include "platform/base/to_qt.h"
 #include "platform/wnd/window_widgets_qt.h"
 
-namespace
-{
+namespace {
 
 constexpr int kStepCount = 5;
-const char* const kStepNames[kStepCount] = { "Least", "Low", "Normal", "High", "Best" };
+const char* const kStepNames[kStepCount] = {"Least", "Low", "Normal", "High", "Best"};
 
 ScriptedAnswers<CodecDialogAnswer, ShownCodecDialog>& Script()
 {
@@ -30,17 +29,15 @@ ScriptedAnswers<CodecDialogAnswer, ShownCodecDialog>& Script()
     return script;
 }
 
-bool HaveWidgets()
-{
-    return qobject_cast<QApplication*>(QCoreApplication::instance()) != nullptr;
-}
+bool HaveWidgets() { return qobject_cast<QApplication*>(QCoreApplication::instance()) != nullptr; }
 
 // The slider step nearest to a spatial quality.
 int StepOf(int quality)
 {
     int best = 0;
     for (int step = 1; step < kStepCount; ++step) {
-        if (std::abs(kCodecQualitySteps[step] - quality) < std::abs(kCodecQualitySteps[best] - quality))
+        if (std::abs(kCodecQualitySteps[step] - quality) <
+            std::abs(kCodecQualitySteps[best] - quality))
             best = step;
     }
     return best;
@@ -58,13 +55,13 @@ std::string OfferedType(const std::vector<CodecDialogCodec>& codecs, const std::
 
 bool IsOffered(const std::vector<CodecDialogCodec>& codecs, const std::string& type)
 {
-    return std::any_of(
-        codecs.begin(), codecs.end(), [&type](const CodecDialogCodec& codec) { return codec.type == type; });
+    return std::any_of(codecs.begin(), codecs.end(),
+                       [&type](const CodecDialogCodec& codec) { return codec.type == type; });
 }
 
 // The real dialog, modal over `parent`. True on OK, with the choice in `chosen`.
 bool RunDialog(QWidget* parent, const std::vector<CodecDialogCodec>& codecs,
-    const CodecDialogSettings& offered, CodecDialogSettings* chosen)
+               const CodecDialogSettings& offered, CodecDialogSettings* chosen)
 {
     QDialog dialog(parent);
     dialog.setObjectName(QStringLiteral("codecDialog"));
@@ -85,8 +82,11 @@ bool RunDialog(QWidget* parent, const std::vector<CodecDialogCodec>& codecs,
     slider->setValue(StepOf(offered.quality));
     auto* stepText = new QLabel(&dialog);
     stepText->setObjectName(QStringLiteral("qualityText"));
-    stepText->setMinimumWidth(stepText->fontMetrics().horizontalAdvance(QStringLiteral("Normal")) + 8);
-    auto showStep = [stepText](int step) { stepText->setText(QString::fromLatin1(kStepNames[step])); };
+    stepText->setMinimumWidth(stepText->fontMetrics().horizontalAdvance(QStringLiteral("Normal")) +
+                              8);
+    auto showStep = [stepText](int step) {
+        stepText->setText(QString::fromLatin1(kStepNames[step]));
+    };
     showStep(slider->value());
     QObject::connect(slider, &QSlider::valueChanged, &dialog, showStep);
 
@@ -112,10 +112,10 @@ bool RunDialog(QWidget* parent, const std::vector<CodecDialogCodec>& codecs,
     return true;
 }
 
-} // namespace
+}  // namespace
 
-bool CodecSettingsDialog(
-    CPWnd* owner, const std::vector<CodecDialogCodec>& codecs, CodecDialogSettings* settings)
+bool CodecSettingsDialog(CPWnd* owner, const std::vector<CodecDialogCodec>& codecs,
+                         CodecDialogSettings* settings)
 {
     if (settings == nullptr || codecs.empty())
         return false;

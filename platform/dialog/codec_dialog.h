@@ -16,31 +16,31 @@ class CPWnd;
 
 // One codec the dialog offers.
 struct CodecDialogCodec {
-    std::string type; // four-character code, "avc1"
-    std::string name; // shown to the user, "H.264"
+    std::string type;  // four-character code, "avc1"
+    std::string name;  // shown to the user, "H.264"
 };
 
 struct CodecDialogSettings {
-    std::string type; // the chosen codec's code
-    int quality = 512; // spatial quality: 0 least, 256 low, 512 normal, 768 high, 1023 best
+    std::string type;   // the chosen codec's code
+    int quality = 512;  // spatial quality: 0 least, 256 low, 512 normal, 768 high, 1023 best
 };
 
 // The slider's steps, least to best.
-constexpr int kCodecQualitySteps[5] = { 0, 256, 512, 768, 1023 };
+constexpr int kCodecQualitySteps[5] = {0, 256, 512, 768, 1023};
 
 // Shows the dialog over `owner` (the active window when null) offering `codecs` in their order,
 // with `settings` selected (the first codec when its type is not offered; the nearest step of
 // its quality). On OK `settings` receives the choice and the answer is true; on Cancel, Esc or
 // closing the window it is left alone and the answer is false. An empty list answers false.
-bool CodecSettingsDialog(
-    CPWnd* owner, const std::vector<CodecDialogCodec>& codecs, CodecDialogSettings* settings);
+bool CodecSettingsDialog(CPWnd* owner, const std::vector<CodecDialogCodec>& codecs,
+                         CodecDialogSettings* settings);
 
 // ---- The seam for tests -------------------------------------------------------------------
 
 struct CodecDialogAnswer {
     bool ok = true;
-    std::string type; // the codec "chosen"; empty keeps the one the dialog offered
-    int quality = -1; // the quality "chosen" (0..1023); below 0 keeps the one offered
+    std::string type;  // the codec "chosen"; empty keeps the one the dialog offered
+    int quality = -1;  // the quality "chosen" (0..1023); below 0 keeps the one offered
 };
 void PushCodecDialogAnswer(const CodecDialogAnswer& answer);
 void PushCodecDialogCancel();
@@ -49,9 +49,9 @@ int CountCodecDialogAnswers();
 enum class CodecDialogWay { kScripted, kShown, kConsole };
 
 struct ShownCodecDialog {
-    std::vector<CodecDialogCodec> codecs; // as offered
-    CodecDialogSettings offered; // as the dialog opened
-    CodecDialogSettings chosen; // as it closed (the offered settings when cancelled)
+    std::vector<CodecDialogCodec> codecs;  // as offered
+    CodecDialogSettings offered;           // as the dialog opened
+    CodecDialogSettings chosen;            // as it closed (the offered settings when cancelled)
     bool ok = false;
     CodecDialogWay way = CodecDialogWay::kConsole;
 };

@@ -9,10 +9,10 @@
 
 namespace {
 
-constexpr int kControlLeft = 84;   // every control starts here, one column per level
-constexpr int kReach = 4;          // strip and sliders take clicks this far beyond their ends
-constexpr int kRowBand = 20;       // the band of a control row that takes its clicks
-constexpr int kFolderSize = 256;   // "TextureFolder": a full path of up to 255 characters
+constexpr int kControlLeft = 84;  // every control starts here, one column per level
+constexpr int kReach = 4;         // strip and sliders take clicks this far beyond their ends
+constexpr int kRowBand = 20;      // the band of a control row that takes its clicks
+constexpr int kFolderSize = 256;  // "TextureFolder": a full path of up to 255 characters
 
 tagRECT Offset(const ColorPicker& picker, int left, int top, int right, int bottom)
 {
@@ -27,8 +27,7 @@ bool Inside(const tagRECT& r, int x, int y)
 // The band of a level control's row, with its reach beyond the ends.
 bool InBand(const tagRECT& bar, int rowTop, int x, int y)
 {
-    return x >= bar.left - kReach && x < bar.right + kReach && y >= rowTop &&
-           y < rowTop + kRowBand;
+    return x >= bar.left - kReach && x < bar.right + kReach && y >= rowTop && y < rowTop + kRowBand;
 }
 
 long LevelAt(const tagRECT& bar, int x)

@@ -28,7 +28,7 @@ constexpr int kNameRight = 368;
 constexpr int kButtonCorner = 10;
 constexpr int kSmallButtonCorner = 6;
 constexpr int kMarkerSize = 4;
-constexpr long kHueStripLevel = 120;  // the strip shows every hue at full colour:
+constexpr long kHueStripLevel = 120;       // the strip shows every hue at full colour:
 constexpr long kHueStripSaturation = 240;  // middle luminance, whole saturation
 
 // Texts sit 2 pixels below their row's top, as in the described dialogs.

@@ -182,8 +182,9 @@ int CPDialog(CPWnd* owner, int x, int y, int count, const char* descriptions, ch
 {
     if (!owner || !owner->IsCreated() || count == INT_MIN)
         return kDialogCancelled;
-    DialogRun run{owner, x, y, count < 0 ? -count : count, descriptions, values,
-                  title ? title : "", count < 0, {}};
+    DialogRun run{
+        owner,     x, y, count < 0 ? -count : count, descriptions, values, title ? title : "",
+        count < 0, {}};
     if (run.count > kMaxDialogRows || (run.count > 0 && (!descriptions || !values)))
         return kDialogCancelled;
 

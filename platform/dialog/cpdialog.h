@@ -12,7 +12,8 @@
 class CPWnd;
 
 // What CPDialog answers.
-constexpr int kDialogCancelled = 0;  // Esc, "Cancel", a click outside the dialog or in another window
+constexpr int kDialogCancelled =
+    0;  // Esc, "Cancel", a click outside the dialog or in another window
 constexpr int kDialogConfirmed = 1;  // Return, "OK"
 constexpr int kDialogApplied = 2;    // "Apply"
 

@@ -91,8 +91,8 @@ void DrawRow(const DialogLayout& layout, int i, const DialogRow& row, const char
         break;
     case DialogItem::kSlider:
         DrawLabel(layout, line, row.label, true);
-        DrawSlider(kDialogFace, kSliderDone, DialogSliderBar(layout, i),
-                   GetDialogNumber(values, i), 100, false);
+        DrawSlider(kDialogFace, kSliderDone, DialogSliderBar(layout, i), GetDialogNumber(values, i),
+                   100, false);
         break;
     case DialogItem::kColour:
         DrawLabel(layout, line, row.label, true);

@@ -21,10 +21,7 @@ int RowTop(const DialogLayout& layout, int row)
 
 }  // namespace
 
-void SelectDialogFont()
-{
-    SelectFont(Sans10 ? Sans10 : &sFallbackFont, -1, 0);
-}
+void SelectDialogFont() { SelectFont(Sans10 ? Sans10 : &sFallbackFont, -1, 0); }
 
 DialogLayout MakeDialogLayout(int x, int y, int count, const char* descriptions, bool apply)
 {
@@ -112,7 +109,8 @@ DialogHit HitTestDialog(const DialogLayout& layout, int clickX, int clickY)
 {
     DialogHit hit;
     const tagRECT& frame = layout.frame;
-    if (clickX < frame.left || clickX > frame.right || clickY < frame.top || clickY > frame.bottom) {
+    if (clickX < frame.left || clickX > frame.right || clickY < frame.top ||
+        clickY > frame.bottom) {
         hit.kind = DialogHitKind::kOutside;
         return hit;
     }

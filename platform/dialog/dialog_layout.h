@@ -21,9 +21,9 @@ constexpr int kDialogPositionLimit = 1 << 24;
 
 constexpr int kDialogRowPitch = 20;
 constexpr int kDialogRowHeight = 16;
-constexpr int kDialogFirstRow = 36;   // first row's top below the dialog's top
+constexpr int kDialogFirstRow = 36;  // first row's top below the dialog's top
 constexpr int kDialogButtonWidth = 60;
-constexpr int kDialogApplyEnd = 80;   // clicks left of x + 80 in the button rows mean "Apply"
+constexpr int kDialogApplyEnd = 80;  // clicks left of x + 80 in the button rows mean "Apply"
 
 constexpr long kDialogFace = 0xC0C0C0;
 constexpr long kDialogLight = 0xFFFFFF;
@@ -67,9 +67,9 @@ tagRECT DialogCancelButton(const DialogLayout& layout);
 tagRECT DialogApplyButton(const DialogLayout& layout);
 
 enum class DialogHitKind {
-    kOutside, // outside the dialog: cancels
-    kNothing, // above the first row, or on a label: ignored
-    kItem,    // on row `row`, right of L + 12
+    kOutside,  // outside the dialog: cancels
+    kNothing,  // above the first row, or on a label: ignored
+    kItem,     // on row `row`, right of L + 12
     kOk,
     kApply,
     kCancel,

@@ -15,28 +15,28 @@
 //   "@L" label                  colour swatch  value "%ld", 0x00BBGGRR
 //   "@F" label                  folder field   value the folder path
 
-constexpr int kDialogRowSize = 64;   // bytes of a row, terminator included
-constexpr int kDialogRowText = 63;   // characters a row holds; copies into a row stop here
-constexpr int kDialogTextSize = 256; // texts built from rows: "label:", prompts, notes
+constexpr int kDialogRowSize = 64;    // bytes of a row, terminator included
+constexpr int kDialogRowText = 63;    // characters a row holds; copies into a row stop here
+constexpr int kDialogTextSize = 256;  // texts built from rows: "label:", prompts, notes
 // Dialogs of more rows than this are refused (no screen shows them); the row lists are then
 // never touched.
 constexpr int kMaxDialogRows = 256;
 
 enum class DialogItem {
-    kField,  // plain value field, edited as text
-    kCheck,  // "@C"
-    kRadio,  // "@R"
-    kSlider, // "@S"
-    kColour, // "@L"
-    kFolder, // "@F"
+    kField,   // plain value field, edited as text
+    kCheck,   // "@C"
+    kRadio,   // "@R"
+    kSlider,  // "@S"
+    kColour,  // "@L"
+    kFolder,  // "@F"
 };
 
 struct DialogRow {
     DialogItem kind = DialogItem::kField;
-    char text[kDialogRowSize] = {};       // the row as written, "@" mark included
-    char label[kDialogRowSize] = {};      // what is written beside the item
-    char groupTitle[kDialogRowSize] = {}; // "@R" rows that open a group: the text before "|"
-    bool groupStart = false;              // an "@R" row holding "|"
+    char text[kDialogRowSize] = {};        // the row as written, "@" mark included
+    char label[kDialogRowSize] = {};       // what is written beside the item
+    char groupTitle[kDialogRowSize] = {};  // "@R" rows that open a group: the text before "|"
+    bool groupStart = false;               // an "@R" row holding "|"
 };
 
 // Reads description row `index` (the caller keeps index within its list).

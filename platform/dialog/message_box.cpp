@@ -10,8 +10,7 @@
 #include "platform/base/scripted_answers.h"
 #include "platform/base/to_qt.h"
 
-namespace
-{
+namespace {
 
 ScriptedAnswers<BoxAnswer, ShownMessageBox>& Script()
 {
@@ -19,10 +18,7 @@ ScriptedAnswers<BoxAnswer, ShownMessageBox>& Script()
     return script;
 }
 
-bool HaveWidgets()
-{
-    return qobject_cast<QApplication*>(QCoreApplication::instance()) != nullptr;
-}
+bool HaveWidgets() { return qobject_cast<QApplication*>(QCoreApplication::instance()) != nullptr; }
 
 std::string TextOrEmpty(const char* text)
 {
@@ -37,10 +33,11 @@ QString ProgramTitle()
 
 // Runs a real modal box over the active window and answers which button ended it. Esc and the
 // window's close button give the escape button's answer.
-BoxAnswer RunBox(QMessageBox::Icon icon, const QString& title, const std::string& text, MessageBoxKind kind)
+BoxAnswer RunBox(QMessageBox::Icon icon, const QString& title, const std::string& text,
+                 MessageBoxKind kind)
 {
-    QMessageBox box(
-        icon, title, ToQString(text), QMessageBox::NoButton, QApplication::activeWindow());
+    QMessageBox box(icon, title, ToQString(text), QMessageBox::NoButton,
+                    QApplication::activeWindow());
     switch (kind) {
     case MessageBoxKind::kError:
         box.setStandardButtons(QMessageBox::Ok);
@@ -59,8 +56,8 @@ BoxAnswer RunBox(QMessageBox::Icon icon, const QString& title, const std::string
     }
     box.exec();
     QAbstractButton* clicked = box.clickedButton();
-    QMessageBox::StandardButton button
-        = clicked != nullptr ? box.standardButton(clicked) : QMessageBox::NoButton;
+    QMessageBox::StandardButton button =
+        clicked != nullptr ? box.standardButton(clicked) : QMessageBox::NoButton;
     switch (button) {
     case QMessageBox::Yes:
     case QMessageBox::Ok:
@@ -85,10 +82,9 @@ BoxAnswer AnswerBox(ShownMessageBox box, BoxAnswer consoleDefault)
         box.way = MessageBoxWay::kScripted;
     } else if (HaveWidgets()) {
         box.way = MessageBoxWay::kShown;
-        QString title
-            = box.kind == MessageBoxKind::kError ? ProgramTitle() : ToQString(box.title);
-        QMessageBox::Icon icon
-            = box.kind == MessageBoxKind::kError ? QMessageBox::Warning : QMessageBox::Question;
+        QString title = box.kind == MessageBoxKind::kError ? ProgramTitle() : ToQString(box.title);
+        QMessageBox::Icon icon =
+            box.kind == MessageBoxKind::kError ? QMessageBox::Warning : QMessageBox::Question;
         answer = RunBox(icon, title, box.shownText, box.kind);
     } else {
         box.way = MessageBoxWay::kConsole;
@@ -96,8 +92,8 @@ BoxAnswer AnswerBox(ShownMessageBox box, BoxAnswer consoleDefault)
             std::fprintf(stderr, "%s\n", box.shownText.c_str());
         } else {
             const char* said = answer == kBoxYes ? "yes" : (answer == kBoxNo ? "no" : "cancel");
-            std::fprintf(stderr, "%s%s%s (answered %s)\n", box.title.c_str(), box.title.empty() ? "" : ": ",
-                box.shownText.c_str(), said);
+            std::fprintf(stderr, "%s%s%s (answered %s)\n", box.title.c_str(),
+                         box.title.empty() ? "" : ": ", box.shownText.c_str(), said);
         }
     }
     // An alert has only its "OK", whatever a script said.
@@ -122,7 +118,7 @@ ShownMessageBox Question(MessageBoxKind kind, const char* text, const char* titl
     return box;
 }
 
-} // namespace
+}  // namespace
 
 void ErrorBox(const char* text, long code)
 {

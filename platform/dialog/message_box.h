@@ -40,11 +40,11 @@ enum class MessageBoxWay { kScripted, kShown, kConsole };
 
 struct ShownMessageBox {
     MessageBoxKind kind = MessageBoxKind::kError;
-    std::string text; // as the caller gave it
-    std::string title; // as the caller gave it; empty for ErrorBox
-    long code = kNoErrorNumber; // ErrorBox's number; kNoErrorNumber for the questions
-    std::string shownText; // what the box displays: the text, then "  [ code ]" when numbered
-    BoxAnswer answer = kBoxYes; // what the caller got back (kBoxYes for an alert)
+    std::string text;            // as the caller gave it
+    std::string title;           // as the caller gave it; empty for ErrorBox
+    long code = kNoErrorNumber;  // ErrorBox's number; kNoErrorNumber for the questions
+    std::string shownText;       // what the box displays: the text, then "  [ code ]" when numbered
+    BoxAnswer answer = kBoxYes;  // what the caller got back (kBoxYes for an alert)
     MessageBoxWay way = MessageBoxWay::kConsole;
 };
 

@@ -11,10 +11,7 @@ ModalPanel::ModalPanel(CPWnd* window)
     GetDC(owner);
 }
 
-ModalPanel::ModalPanel(CPWnd* window, const tagRECT& covers) : ModalPanel(window)
-{
-    Cover(covers);
-}
+ModalPanel::ModalPanel(CPWnd* window, const tagRECT& covers) : ModalPanel(window) { Cover(covers); }
 
 void ModalPanel::Cover(const tagRECT& covers) { saved.Save(GetDC(owner), covers); }
 

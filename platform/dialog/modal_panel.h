@@ -17,7 +17,7 @@ struct PanelInput {
     unsigned int msg = 0;     // as GetAMessage answers: 1009, 1011, 1013, 1018, 1019 or 0
     long wParam = 0;
     long lParam = 0;
-    tagPOINT at = {0, 0};     // the pointer in the owner's window pixels (its drawing origin added)
+    tagPOINT at = {0, 0};  // the pointer in the owner's window pixels (its drawing origin added)
 };
 
 // What a key means to a panel: Esc cancels it, Return confirms it, other keys mean nothing.

@@ -21,7 +21,7 @@ private:
     DrawPort* port = nullptr;
     int portWidth = 0;
     int portHeight = 0;
-    int left = 0;    // image pixels, top row 0
+    int left = 0;  // image pixels, top row 0
     int top = 0;
     int width = 0;
     int height = 0;

@@ -28,10 +28,7 @@ ScriptedAnswers<std::optional<std::string>, ShownStringBox>& Script()
 
 std::string TextOrEmpty(const char* text) { return text ? std::string(text) : std::string(); }
 
-bool HaveWidgets()
-{
-    return qobject_cast<QApplication*>(QCoreApplication::instance()) != nullptr;
-}
+bool HaveWidgets() { return qobject_cast<QApplication*>(QCoreApplication::instance()) != nullptr; }
 
 // Runs the real box; answers the text typed, or nothing when cancelled.
 std::optional<std::string> RunBox(const ShownStringBox& box)

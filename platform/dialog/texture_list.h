@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-constexpr int kMaxTextures = 256;          // files listed from one folder, the first by name
-constexpr int kTexturePreviewWidth = 96;   // pixels of a texture's picture in the picker
+constexpr int kMaxTextures = 256;         // files listed from one folder, the first by name
+constexpr int kTexturePreviewWidth = 96;  // pixels of a texture's picture in the picker
 constexpr int kTexturePreviewHeight = 64;
 
 // Full paths (UTF-8) of the files in `folder` whose extension names a picture format the

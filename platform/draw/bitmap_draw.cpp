@@ -75,7 +75,8 @@ bool DrawBitmap(const tagRECT& rect, int picture, int mode)
     const bool transparent = mode == kBitmapTransparent;
     for (int64_t y = firstRow; y < endRow; ++y) {
         const uint32_t* source =
-            bitmap.pixels.data() + static_cast<int64_t>(Wide(y) * bitmap.height / destHeight) * bitmap.width;
+            bitmap.pixels.data() +
+            static_cast<int64_t>(Wide(y) * bitmap.height / destHeight) * bitmap.width;
         uint32_t* out = port->Row(static_cast<int>(imageTop + y));
         for (int64_t i = firstColumn; i < endColumn; ++i) {
             uint32_t pixel = source[static_cast<int64_t>(Wide(i) * bitmap.width / destWidth)];

@@ -69,7 +69,8 @@ void Coverage::AddSpan(int64_t y, int64_t left, int64_t right)
     right = std::min(right, width);
     if (left >= right)
         return;
-    spans.push_back({static_cast<int32_t>(y), static_cast<int32_t>(left), static_cast<int32_t>(right)});
+    spans.push_back(
+        {static_cast<int32_t>(y), static_cast<int32_t>(left), static_cast<int32_t>(right)});
     merged = false;
 }
 
@@ -177,7 +178,7 @@ bool RoundRectRow(int64_t y, int64_t left, int64_t top, int64_t right, int64_t b
         return true;
     int64_t row = y;
     if (2 * y + 1 > top + bottom)
-        row = top + bottom - 1 - y;  // the lower half mirrors the upper
+        row = top + bottom - 1 - y;                     // the lower half mirrors the upper
     int64_t dy = 2 * row + 1 - 2 * top - cornerHeight;  // doubled, from the corner oval's centre
     if (dy >= 0)
         return true;  // between the corners: the whole row

@@ -41,8 +41,8 @@ public:
     // The rectangle with quarter-oval corners cornerWidth x cornerHeight (each at most the
     // rectangle's size); corners of 0 give the plain rectangle, corners of the whole size the
     // inscribed oval.
-    void AddRoundRect(int64_t left, int64_t top, int64_t right, int64_t bottom,
-                      int64_t cornerWidth, int64_t cornerHeight);
+    void AddRoundRect(int64_t left, int64_t top, int64_t right, int64_t bottom, int64_t cornerWidth,
+                      int64_t cornerHeight);
     // Its frame: the shape less the same shape shrunk by `width` on every side, its corners
     // shrunk by 2 x width.
     void AddRoundFrame(int64_t left, int64_t top, int64_t right, int64_t bottom,

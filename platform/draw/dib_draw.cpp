@@ -88,8 +88,8 @@ bool DIBDraw(const tagRECT& dest, const tagRECT& source, const unsigned char* ro
     const int64_t destWidth = int64_t(dest.right) - dest.left;
     const int64_t destHeight = std::max<int64_t>(int64_t(dest.bottom) - dest.top, 1);
     // Single precision on purpose: which picture row a destination row shows depends on it.
-    const float step = float(std::max<int64_t>(int64_t(source.bottom) - source.top, 1)) /
-                       float(destHeight);
+    const float step =
+        float(std::max<int64_t>(int64_t(source.bottom) - source.top, 1)) / float(destHeight);
     const int64_t sourceWidth = std::max<int64_t>(int64_t(source.right) - source.left, 1);
     const int64_t lastColumn = std::min<int64_t>(width, kDIBDrawRowPixels) - 1;
 

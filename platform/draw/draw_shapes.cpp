@@ -48,7 +48,8 @@ void DrawBox(long colour, const tagRECT& rect, int width, int mode)
 {
     SetColor(colour);
     Coverage coverage(GetDrawDC());
-    coverage.AddFrame(rect.left, rect.top, int64_t(rect.right) + 1, int64_t(rect.bottom) + 1, width);
+    coverage.AddFrame(rect.left, rect.top, int64_t(rect.right) + 1, int64_t(rect.bottom) + 1,
+                      width);
     Put(coverage, colour, mode);
 }
 
@@ -95,8 +96,8 @@ void DrawCir(long colour, const tagRECT& rect, int width, int mode)
     SetColor(colour);
     Coverage coverage(GetDrawDC());
     int64_t right = int64_t(rect.right) + 1, bottom = int64_t(rect.bottom) + 1;
-    coverage.AddRoundFrame(rect.left, rect.top, right, bottom, right - rect.left,
-                           bottom - rect.top, width);
+    coverage.AddRoundFrame(rect.left, rect.top, right, bottom, right - rect.left, bottom - rect.top,
+                           width);
     Put(coverage, colour, mode);
 }
 

@@ -8,12 +8,12 @@
 // and the baseline fontSize pixels below the top of the text (the record's own size, one more
 // than the pixel size).
 struct DrawState {
-    long penColor;       // pen colour 0x00BBGGRR, set by SetColor and every call given a colour
-    long backColor;      // background colour 0x00BBGGRR, behind opaque text
-    bool textOpaque;     // text drawn on the background colour (true) or transparent
-    long fontSize;       // size of the selected font record, in points (= pixels)
-    int fontPixelSize;   // size the text is set in: fontSize - 1, at least 1
-    int fontStyle;       // kFontBold | kFontItalic | kFontUnderline
+    long penColor;      // pen colour 0x00BBGGRR, set by SetColor and every call given a colour
+    long backColor;     // background colour 0x00BBGGRR, behind opaque text
+    bool textOpaque;    // text drawn on the background colour (true) or transparent
+    long fontSize;      // size of the selected font record, in points (= pixels)
+    int fontPixelSize;  // size the text is set in: fontSize - 1, at least 1
+    int fontStyle;      // kFontBold | kFontItalic | kFontUnderline
 };
 
 // Black pen, white background, transparent text, a plain 12-point font until the first SelectFont.

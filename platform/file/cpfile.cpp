@@ -1,12 +1,12 @@
 #include "platform/file/cpfile.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 #include <cerrno>
 #include <climits>
 #include <cstring>
-#include <fcntl.h>
 #include <mutex>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include "platform/base/file_types.h"
 #include "platform/file/paths.h"
@@ -123,37 +123,48 @@ int OpenDescriptor(const char* path, int mode)
 
 }  // namespace
 
-CPFile::CPFile() : reference_(0), fileType_(TypeCode("PXSH")), creatorType_(TypeCode("HLBK")), spec_{}
+CPFile::CPFile()
+    : reference_(0), fileType_(TypeCode("PXSH")), creatorType_(TypeCode("HLBK")), spec_{}
 {
 }
 
-CPFile::CPFile(const FSpec* file, int mode) : CPFile()
-{
-    Open(file, mode);
-}
+CPFile::CPFile(const FSpec* file, int mode) : CPFile() { Open(file, mode); }
 
-CPFile::~CPFile()
-{
-    Close();
-}
+CPFile::~CPFile() { Close(); }
 
 void CPFile::SetFileType(uint32_t code)
 {
     switch (code) {
-    case 0: fileType_ = TypeCode("PXSH"); break;
-    case 1: fileType_ = TypeCode("TPIC"); break;
-    case 2: fileType_ = TypeCode("PXST"); break;
-    default: fileType_ = code; break;
+    case 0:
+        fileType_ = TypeCode("PXSH");
+        break;
+    case 1:
+        fileType_ = TypeCode("TPIC");
+        break;
+    case 2:
+        fileType_ = TypeCode("PXST");
+        break;
+    default:
+        fileType_ = code;
+        break;
     }
 }
 
 void CPFile::SetCreatorType(uint32_t code)
 {
     switch (code) {
-    case 0: creatorType_ = TypeCode("HLBK"); break;
-    case 1: creatorType_ = TypeCode("ogle"); break;
-    case 2: creatorType_ = TypeCode("HLBP"); break;
-    default: creatorType_ = code; break;
+    case 0:
+        creatorType_ = TypeCode("HLBK");
+        break;
+    case 1:
+        creatorType_ = TypeCode("ogle");
+        break;
+    case 2:
+        creatorType_ = TypeCode("HLBP");
+        break;
+    default:
+        creatorType_ = code;
+        break;
     }
 }
 
@@ -249,10 +260,17 @@ int CPFile::Seek(long offset, int origin)
     if (descriptor < 0)
         return 1;
     switch (origin) {
-    case kSeekFromStart: lseek(descriptor, offset, SEEK_SET); break;
-    case kSeekFromEnd: lseek(descriptor, offset, SEEK_END); break;
-    case kSeekFromCurrent: lseek(descriptor, offset, SEEK_CUR); break;
-    default: break;
+    case kSeekFromStart:
+        lseek(descriptor, offset, SEEK_SET);
+        break;
+    case kSeekFromEnd:
+        lseek(descriptor, offset, SEEK_END);
+        break;
+    case kSeekFromCurrent:
+        lseek(descriptor, offset, SEEK_CUR);
+        break;
+    default:
+        break;
     }
     return 1;
 }

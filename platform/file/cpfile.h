@@ -38,8 +38,9 @@ public:
     // Opens the named file (any FSpec form). With the write bit a missing file is created with
     // this object's type and creator; an existing file is neither truncated nor emptied, so a
     // shorter write leaves the old tail in place. Anything but a regular file (a pipe, a device,
-    // a folder) is refused at once, without waiting for a writer at a pipe's other end. On success the object's FSpec holds the full
-    // path in path form. Closes a file this object already had open.
+    // a folder) is refused at once, without waiting for a writer at a pipe's other end. On success
+    // the object's FSpec holds the full path in path form. Closes a file this object already had
+    // open.
     bool Open(const FSpec* file, int mode);
     // Reads up to `count` bytes at the current position. 0 on any error or when the end comes
     // before `count` bytes (those bytes are in the buffer but not counted); otherwise `count`

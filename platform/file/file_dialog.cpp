@@ -136,7 +136,8 @@ bool ShowDialog(const FileDialogRequest& request, std::vector<std::string>* chos
     if (request.save)
         dialog.setFileMode(QFileDialog::AnyFile);
     else
-        dialog.setFileMode(request.multiple ? QFileDialog::ExistingFiles : QFileDialog::ExistingFile);
+        dialog.setFileMode(request.multiple ? QFileDialog::ExistingFiles
+                                            : QFileDialog::ExistingFile);
     QStringList nameFilters;
     for (const std::string& nameFilter : request.nameFilters)
         nameFilters << ToQString(nameFilter);
@@ -171,8 +172,8 @@ bool AskUser(const FileDialogRequest& request, std::vector<std::string>* chosen)
 }  // namespace
 
 bool OpenFileDialog([[maybe_unused]] CPWnd* owner, FSpec* file, const char* filter,
-                    [[maybe_unused]] const char* defaultExt, const FSpec* folder,
-                    bool multiple, int capacity)
+                    [[maybe_unused]] const char* defaultExt, const FSpec* folder, bool multiple,
+                    int capacity)
 {
     if (!file)
         return false;
@@ -202,7 +203,8 @@ bool OpenFileDialog([[maybe_unused]] CPWnd* owner, FSpec* file, const char* filt
     return true;
 }
 
-bool SaveFileDialog([[maybe_unused]] CPWnd* owner, FSpec* file, const char* filter, const char* defaultExt, const FSpec* folder)
+bool SaveFileDialog([[maybe_unused]] CPWnd* owner, FSpec* file, const char* filter,
+                    const char* defaultExt, const FSpec* folder)
 {
     if (!file)
         return false;

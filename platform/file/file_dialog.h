@@ -46,15 +46,15 @@ int CountFileDialogAnswers();
 
 // What the last dialog was asked, scripted or shown.
 struct FileDialogRequest {
-    bool save = false;           // SaveFileDialog rather than OpenFileDialog
-    bool multiple = false;       // several files allowed
-    int capacity = 0;            // records the caller has room for (1 unless multiple)
-    std::string proposedName;    // save: the name offered
-    std::string folder;          // the folder the dialog started in; empty when none was given
+    bool save = false;         // SaveFileDialog rather than OpenFileDialog
+    bool multiple = false;     // several files allowed
+    int capacity = 0;          // records the caller has room for (1 unless multiple)
+    std::string proposedName;  // save: the name offered
+    std::string folder;        // the folder the dialog started in; empty when none was given
     std::vector<std::string> nameFilters;  // as offered, e.g. "BMP Files (*.bmp)"
-    std::string defaultSuffix;   // save: the extension added to a bare name, without the dot
-    std::string fileType;        // save: "TPIC" for a Targa filter, else "TEXT"
-    std::string creator;         // save: "****"
+    std::string defaultSuffix;  // save: the extension added to a bare name, without the dot
+    std::string fileType;       // save: "TPIC" for a Targa filter, else "TEXT"
+    std::string creator;        // save: "****"
 };
 // The number of dialogs asked since the last ClearFileDialogScript.
 int CountFileDialogRequests();

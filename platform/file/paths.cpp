@@ -1,11 +1,11 @@
 #include "platform/file/paths.h"
 
+#include <sys/stat.h>
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
 #include <mutex>
 #include <string>
-#include <sys/stat.h>
 #include <unordered_map>
 #include <vector>
 
@@ -53,7 +53,8 @@ bool LookUpFolder(int32_t folderID, std::string* path)
     }
     FolderTable& table = Folders();
     std::lock_guard<std::mutex> lock(table.mutex);
-    if (folderID < kFirstTableID || folderID - kFirstTableID >= static_cast<int64_t>(table.folders.size()))
+    if (folderID < kFirstTableID ||
+        folderID - kFirstTableID >= static_cast<int64_t>(table.folders.size()))
         return false;
     *path = table.folders[folderID - kFirstTableID];
     return true;
@@ -72,10 +73,7 @@ void CopyName(char* out, const char* in)
     std::memcpy(out, in, length);
 }
 
-void ClearRef(NativeFileRef* ref)
-{
-    std::memset(ref, 0, sizeof *ref);
-}
+void ClearRef(NativeFileRef* ref) { std::memset(ref, 0, sizeof *ref); }
 
 }  // namespace
 

@@ -58,10 +58,7 @@ void RemoveCRs(char* text)
 }
 
 // A copy of the program's name, safe even if the record lost its terminator.
-std::string ProgramName()
-{
-    return std::string(gEnv.name, strnlen(gEnv.name, kEnvNameSize - 1));
-}
+std::string ProgramName() { return std::string(gEnv.name, strnlen(gEnv.name, kEnvNameSize - 1)); }
 
 // ---------------------------------------------------------------------------------------------
 // [SECTION] Helpers for the file
@@ -317,7 +314,4 @@ void SaveIniFile()
     ++sSaveCount;
 }
 
-long GetIniSaveCount()
-{
-    return sSaveCount;
-}
+long GetIniSaveCount() { return sSaveCount; }

@@ -13,8 +13,7 @@
 #include "platform/base/to_qt.h"
 #include "platform/picture/decode_qt.h"
 
-namespace
-{
+namespace {
 
 // Qt refuses to allocate more than this for one decoded picture. The largest picture the
 // program takes, 8192 × 8192 at 4 bytes a pixel, is 256 MB; the rest is the decoder's slack.
@@ -31,7 +30,7 @@ bool TooLarge(const QSize& size, int maxSide)
     return size.width() > maxSide || size.height() > maxSide;
 }
 
-} // namespace
+}  // namespace
 
 ImportResult DecodePicture(QIODevice* device, int maxSide, PictureRows* rows)
 {
@@ -58,7 +57,8 @@ ImportResult DecodePicture(QIODevice* device, int maxSide, PictureRows* rows)
     // RGB32 (alpha bytes 255) and ARGB32 both hold blue, green, red, alpha in memory on this
     // little-endian platform; everything else is converted to one of them.
     if (image.format() != QImage::Format_RGB32 && image.format() != QImage::Format_ARGB32) {
-        QImage::Format wanted = image.hasAlphaChannel() ? QImage::Format_ARGB32 : QImage::Format_RGB32;
+        QImage::Format wanted =
+            image.hasAlphaChannel() ? QImage::Format_ARGB32 : QImage::Format_RGB32;
         image.convertTo(wanted);
         if (image.isNull() || image.format() != wanted)
             return kImportNoMemory;
@@ -86,13 +86,14 @@ ImportResult ImportPictureFile(const char* path, int maxSide, PictureRows* rows)
     return DecodePicture(&file, maxSide, rows);
 }
 
-ImportResult ImportPictureData(const unsigned char* data, size_t size, int maxSide, PictureRows* rows)
+ImportResult ImportPictureData(const unsigned char* data, size_t size, int maxSide,
+                               PictureRows* rows)
 {
     if (data == nullptr || size == 0 || size > static_cast<size_t>(INT32_MAX))
         return kImportUnreadable;
     // The bytes are read where they are; nothing is copied.
-    QByteArray bytes
-        = QByteArray::fromRawData(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size));
+    QByteArray bytes =
+        QByteArray::fromRawData(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size));
     QBuffer buffer(&bytes);
     if (!buffer.open(QIODevice::ReadOnly))
         return kImportUnreadable;

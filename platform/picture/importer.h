@@ -10,8 +10,7 @@
 #include <cstddef>
 
 // Room for a decoded picture, given by the caller.
-class PictureRows
-{
+class PictureRows {
 public:
     virtual ~PictureRows() = default;
     // Asked once, with the picture's size in pixels. Answers the address of the top line's first
@@ -22,9 +21,9 @@ public:
 
 enum ImportResult {
     kImportDone = 0,
-    kImportUnreadable, // not a picture any reader here knows, or a broken one
-    kImportTooLarge, // a side above the caller's limit
-    kImportNoMemory, // the decoder or the caller had no room
+    kImportUnreadable,  // not a picture any reader here knows, or a broken one
+    kImportTooLarge,    // a side above the caller's limit
+    kImportNoMemory,    // the decoder or the caller had no room
 };
 
 // Decodes the picture file at `path` (a POSIX path). Pictures wider or higher than `maxSide`
@@ -32,4 +31,5 @@ enum ImportResult {
 // that carry an orientation (camera JPEGs) come upright.
 ImportResult ImportPictureFile(const char* path, int maxSide, PictureRows* rows);
 // The same for a picture held in memory.
-ImportResult ImportPictureData(const unsigned char* data, size_t size, int maxSide, PictureRows* rows);
+ImportResult ImportPictureData(const unsigned char* data, size_t size, int maxSide,
+                               PictureRows* rows);

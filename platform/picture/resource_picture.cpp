@@ -14,20 +14,16 @@ static void RegisterPictureResources()
     std::call_once(once, [] { Q_INIT_RESOURCE(pictures); });
 }
 
-namespace
-{
+namespace {
 
 // Built-in picture n is ":/pictures/<n>.png".
-QString ResourcePath(int resourceId)
-{
-    return QStringLiteral(":/pictures/%1.png").arg(resourceId);
-}
+QString ResourcePath(int resourceId) { return QStringLiteral(":/pictures/%1.png").arg(resourceId); }
 
 // The built-in pictures are the program's own and small; no side limit applies beyond the
 // largest picture the program takes.
 constexpr int kResourceMaxSide = 8192;
 
-} // namespace
+}  // namespace
 
 bool HasResourcePicture(int resourceId)
 {

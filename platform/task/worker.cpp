@@ -34,10 +34,7 @@ int TaskMP(TaskData* block)
     }
 }
 
-bool InitMP()
-{
-    return InitMPWithProcessors(std::thread::hardware_concurrency());
-}
+bool InitMP() { return InitMPWithProcessors(std::thread::hardware_concurrency()); }
 
 bool InitMPWithProcessors(unsigned processorCount)
 {

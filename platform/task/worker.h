@@ -34,20 +34,20 @@ using TaskFunction = int (*)(void* arguments);
 
 // The task block: allocated cleared at start, freed by CloseMP.
 struct TaskData {
-    std::thread* task;       // the worker thread; null until created
-    TaskQueue* requests;     // main thread -> worker
-    TaskQueue* results;      // worker -> main thread
-    TaskFunction function;   // what the next request runs
-    uint32_t word;           // given to _beginthread and otherwise unused
+    std::thread* task;      // the worker thread; null until created
+    TaskQueue* requests;    // main thread -> worker
+    TaskQueue* results;     // worker -> main thread
+    TaskFunction function;  // what the next request runs
+    uint32_t word;          // given to _beginthread and otherwise unused
     alignas(std::max_align_t) char arguments[kTaskArgumentSize];  // callers cast it to their block
-    bool outstanding;        // a request was posted and its result not yet taken by Sleep
+    bool outstanding;  // a request was posted and its result not yet taken by Sleep
 };
 
-extern TaskData* gTaskData;              // null while there is no worker
-extern TaskQueue* gNotificationQueue;    // receives the worker's exit code when it ends
-extern bool gCanMultiProcess;            // more than one processor, and the worker exists
-extern bool gMultiProcess;               // the user's choice ("MultiProcess"), set by the document
-extern int gMultiProcOffset;             // first row of the caller's half, relative to the middle
+extern TaskData* gTaskData;            // null while there is no worker
+extern TaskQueue* gNotificationQueue;  // receives the worker's exit code when it ends
+extern bool gCanMultiProcess;          // more than one processor, and the worker exists
+extern bool gMultiProcess;             // the user's choice ("MultiProcess"), set by the document
+extern int gMultiProcOffset;           // first row of the caller's half, relative to the middle
 
 // Creates the worker when the machine has more than one processor. Answers gCanMultiProcess.
 // A worker that already exists is stopped first.

@@ -8,10 +8,7 @@ namespace {
 
 // The low 32 bits of a 64-bit result: the sides are 32-bit, and a wrapped side is better than
 // undefined arithmetic on a hostile rectangle.
-int32_t Low32(int64_t value)
-{
-    return static_cast<int32_t>(value);
-}
+int32_t Low32(int64_t value) { return static_cast<int32_t>(value); }
 
 // A side times a factor, truncated toward zero; products beyond 32 bits stop at the limits.
 int32_t ScaleSide(int32_t side, double factor)
@@ -27,10 +24,7 @@ int32_t ScaleSide(int32_t side, double factor)
 }
 
 // -2 stands for "divide by 2".
-double Factor(double f)
-{
-    return f < 0 ? -1.0 / f : f;
-}
+double Factor(double f) { return f < 0 ? -1.0 / f : f; }
 
 }  // namespace
 
@@ -93,10 +87,7 @@ bool XYInRect(const tagRECT* r, int x, int y)
     return x >= r->left && x <= r->right && y >= r->top && y <= r->bottom;
 }
 
-bool XYInRect(const tagRECT* r, tagPOINT p)
-{
-    return XYInRect(r, p.x, p.y);
-}
+bool XYInRect(const tagRECT* r, tagPOINT p) { return XYInRect(r, p.x, p.y); }
 
 bool ClipByRect(tagRECT* r, const tagRECT* clip)
 {

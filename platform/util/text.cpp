@@ -13,8 +13,8 @@
 
 namespace {
 
-constexpr int kStripCRLimit = 512;     // the line buffers the callers read settings into
-constexpr int kFilePathLimit = 1022;   // the longest path text any caller builds, kept whole
+constexpr int kStripCRLimit = 512;    // the line buffers the callers read settings into
+constexpr int kFilePathLimit = 1022;  // the longest path text any caller builds, kept whole
 
 bool IsPathSeparator(char c, long position)
 {
@@ -48,10 +48,7 @@ size_t PreviousCharacter(const char* text, size_t end)
     return i;
 }
 
-long WidthOf(const std::string& text)
-{
-    return GetTextWidth(text.c_str());
-}
+long WidthOf(const std::string& text) { return GetTextWidth(text.c_str()); }
 
 std::string DebugFilePath()
 {

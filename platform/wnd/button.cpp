@@ -4,7 +4,8 @@
 #include "platform/wnd/button_pictures.h"
 
 CPButton::CPButton(int normal, int pressed, int disabled, int held)
-    : pictures{normal, pressed, held ? held : pressed, disabled}, rect{0, 0, 0, 0}, state(kButtonNormal)
+    : pictures{normal, pressed, held ? held : pressed, disabled}, rect{0, 0, 0, 0},
+      state(kButtonNormal)
 {
 }
 

@@ -21,11 +21,16 @@ struct ButtonPicture {
 };
 
 constexpr ButtonPicture kPictures[] = {
-    {102, Symbol::Stop, Look::Normal},      {103, Symbol::Forwards, Look::Pressed},
-    {104, Symbol::Forwards, Look::Disabled}, {105, Symbol::Backwards, Look::Normal},
-    {106, Symbol::Backwards, Look::Pressed}, {107, Symbol::Backwards, Look::Disabled},
-    {108, Symbol::Forwards, Look::Normal},   {109, Symbol::Stop, Look::Pressed},
-    {110, Symbol::Stop, Look::Disabled},     {111, Symbol::AddKey, Look::Normal},
+    {102, Symbol::Stop, Look::Normal},
+    {103, Symbol::Forwards, Look::Pressed},
+    {104, Symbol::Forwards, Look::Disabled},
+    {105, Symbol::Backwards, Look::Normal},
+    {106, Symbol::Backwards, Look::Pressed},
+    {107, Symbol::Backwards, Look::Disabled},
+    {108, Symbol::Forwards, Look::Normal},
+    {109, Symbol::Stop, Look::Pressed},
+    {110, Symbol::Stop, Look::Disabled},
+    {111, Symbol::AddKey, Look::Normal},
     {112, Symbol::AddKey, Look::Pressed},
     {kPanelButtonPressed, Symbol::Apply, Look::Pressed},
     {kPanelButtonNormal, Symbol::Apply, Look::Normal},
@@ -80,7 +85,8 @@ void PaintSymbol(QPainter& p, const QRect& r, Symbol symbol, Look look)
     qreal half = side / 2;
     switch (symbol) {
     case Symbol::Stop:
-        p.drawRect(QRectF(centre.x() - half * 0.8, centre.y() - half * 0.8, side * 0.8, side * 0.8));
+        p.drawRect(
+            QRectF(centre.x() - half * 0.8, centre.y() - half * 0.8, side * 0.8, side * 0.8));
         break;
     case Symbol::Forwards:
         p.setRenderHint(QPainter::Antialiasing, true);

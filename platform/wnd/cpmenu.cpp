@@ -72,10 +72,10 @@ struct CPMenu::Impl {
     QPointer<QMenu> menus[kMenuCount];
     QPointer<QAction> items[kMenuCount][kMenuItemCount];
     int menuCount = 0;
-    int current = -1;              // the menu items are added to; -1 for none
-    QPointer<QMenuBar> bar;        // this menu bar
-    QPointer<FrameWidget> host;    // the desktop window it is on
-    QPointer<QMenuBar> saved;      // the bar that was there before
+    int current = -1;            // the menu items are added to; -1 for none
+    QPointer<QMenuBar> bar;      // this menu bar
+    QPointer<FrameWidget> host;  // the desktop window it is on
+    QPointer<QMenuBar> saved;    // the bar that was there before
     bool haveSaved = false;
 
     void Clear()

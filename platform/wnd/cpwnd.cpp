@@ -207,7 +207,8 @@ void CPWnd::GetWinRect(tagRECT& rect) const
         rect = {0, 0, 0, 0};
         return;
     }
-    QPoint topLeft = frame->isWindow() ? frame->geometry().topLeft() : frame->mapToGlobal(QPoint(0, 0));
+    QPoint topLeft =
+        frame->isWindow() ? frame->geometry().topLeft() : frame->mapToGlobal(QPoint(0, 0));
     rect = {topLeft.x(), topLeft.y(), topLeft.x() + frame->width(), topLeft.y() + frame->height()};
 }
 

@@ -24,22 +24,22 @@
 class DrawPort;
 
 // Style bits of Create.
-constexpr long kStyleFloating = 4;          // utility window with a 17-pixel title bar, floats
-constexpr long kStyleCloseBox = 16;         // has a close box
-constexpr long kStyleHorizontalBar = 32;    // horizontal scroll bar
-constexpr long kStyleVerticalBar = 64;      // vertical scroll bar
-constexpr long kStyleDocument = 128;        // 23-pixel title bar, close box and size box
-constexpr long kStyleBehind = 256;          // close box; placed behind the other windows
+constexpr long kStyleFloating = 4;        // utility window with a 17-pixel title bar, floats
+constexpr long kStyleCloseBox = 16;       // has a close box
+constexpr long kStyleHorizontalBar = 32;  // horizontal scroll bar
+constexpr long kStyleVerticalBar = 64;    // vertical scroll bar
+constexpr long kStyleDocument = 128;      // 23-pixel title bar, close box and size box
+constexpr long kStyleBehind = 256;        // close box; placed behind the other windows
 
 // Bars for ScrollControl and AlignScrollBar: the style bit that made them.
 constexpr int kScrollBarHorizontal = 32;
 constexpr int kScrollBarVertical = 64;
 
-constexpr int kScrollBarSize = 16;        // thickness of a scroll bar
-constexpr int kDocumentCaption = 23;      // title bar of a style 128 window
-constexpr int kFloatingCaption = 17;      // title bar of a style 4 window
+constexpr int kScrollBarSize = 16;    // thickness of a scroll bar
+constexpr int kDocumentCaption = 23;  // title bar of a style 128 window
+constexpr int kFloatingCaption = 17;  // title bar of a style 4 window
 constexpr int kInitialScrollMaximum = 100;
-constexpr int kMaxTitle = 255;            // characters of a window title
+constexpr int kMaxTitle = 255;  // characters of a window title
 
 class CPWnd {
 public:

@@ -10,12 +10,12 @@ constexpr int kCursorImageIBeam = -2;
 constexpr int kCursorImageCrosshair = -3;
 constexpr int kCursorImagePlus = -4;
 constexpr int kCursorImageWait = -5;
-constexpr int kCursorImageMove = 1001;       // a drag that moves (the camera frame, a key 0)
-constexpr int kCursorImageResize = 1002;     // a drag that resizes
-constexpr int kCursorImageSlide = 1003;      // a drag along the time line
-constexpr int kCursorImageVertical = 1004;   // a drag up and down
-constexpr int kCursorImageRotate = 1005;     // a drag that turns
-constexpr int kCursorImageTilt = 1007;       // a drag that tilts
+constexpr int kCursorImageMove = 1001;      // a drag that moves (the camera frame, a key 0)
+constexpr int kCursorImageResize = 1002;    // a drag that resizes
+constexpr int kCursorImageSlide = 1003;     // a drag along the time line
+constexpr int kCursorImageVertical = 1004;  // a drag up and down
+constexpr int kCursorImageRotate = 1005;    // a drag that turns
+constexpr int kCursorImageTilt = 1007;      // a drag that tilts
 
 // Kinds: 3 the I-beam; 2 the crosshair; 10 the plus sign; 11 the wait cursor; 5 and 13 picture
 // 1001; 6 and 8 picture 1002; 9 picture 1003; 7 picture 1004; 12 picture 1005; 14 picture 1007;

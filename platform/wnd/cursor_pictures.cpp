@@ -109,8 +109,9 @@ void DrawTilt(QPainter& p)
     // A frame leaning over, and above it the way it leans.
     QBrush brush = p.brush();
     p.setBrush(Qt::NoBrush);
-    p.drawPolygon(QPolygonF({QPointF(kCentre - 6, kCentre - 3), QPointF(kCentre + 11, kCentre - 3),
-                             QPointF(kCentre + 6, kCentre + 11), QPointF(kCentre - 11, kCentre + 11)}));
+    p.drawPolygon(
+        QPolygonF({QPointF(kCentre - 6, kCentre - 3), QPointF(kCentre + 11, kCentre - 3),
+                   QPointF(kCentre + 6, kCentre + 11), QPointF(kCentre - 11, kCentre + 11)}));
     p.setBrush(brush);
     DoubleArrow(p, QPointF(kCentre - 9, kCentre - 9), QPointF(kCentre + 9, kCentre - 9));
 }

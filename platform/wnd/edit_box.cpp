@@ -161,7 +161,10 @@ void CPEditBox::Remove()
 
 QLineEdit* ActiveEditField() { return gMacEditBox ? gMacEditBox->GetField() : nullptr; }
 
-CPWnd* ActiveEditOwner() { return gMacEditBox && gMacEditBox->IsOpen() ? gMacEditBox->GetOwner() : nullptr; }
+CPWnd* ActiveEditOwner()
+{
+    return gMacEditBox && gMacEditBox->IsOpen() ? gMacEditBox->GetOwner() : nullptr;
+}
 
 void RemoveEditBoxIn(CPWnd* window)
 {

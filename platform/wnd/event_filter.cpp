@@ -36,9 +36,9 @@
 #include "platform/wnd/edit_box.h"
 #include "platform/wnd/edit_box_field_qt.h"
 #include "platform/wnd/frame_tracking_qt.h"
+#include "platform/wnd/input_qt.h"
 #include "platform/wnd/input_queue_qt.h"
 #include "platform/wnd/messages.h"
-#include "platform/wnd/input_qt.h"
 #include "platform/wnd/shell.h"
 #include "platform/wnd/shell_internal_qt.h"
 #include "platform/wnd/window_list.h"
@@ -143,7 +143,8 @@ bool HandlePress(QObject* object, QMouseEvent* event)
     bool usable = event->button() == Qt::LeftButton || event->button() == Qt::RightButton;
     if (IsReadingInput()) {
         if (usable)
-            RecordInput(window, kMsgButtonDown, 0, MakePointParam(at.x(), at.y()), at, object, event);
+            RecordInput(window, kMsgButtonDown, 0, MakePointParam(at.x(), at.y()), at, object,
+                        event);
         return true;
     }
     ReplayUnreadInput();
@@ -183,7 +184,8 @@ bool HandlePress(QObject* object, QMouseEvent* event)
         content->setFocus(Qt::MouseFocusReason);
     sPressWindow = window;
     sPressEndsDoubleClick = event->type() == QEvent::MouseButtonDblClick;
-    Dispatch(window, kMsgButtonDown, ButtonBits(event->modifiers()), MakePointParam(at.x(), at.y()));
+    Dispatch(window, kMsgButtonDown, ButtonBits(event->modifiers()),
+             MakePointParam(at.x(), at.y()));
     return true;
 }
 
@@ -251,7 +253,8 @@ bool HandleWheel(QObject* object, QWheelEvent* event)
     WindowPart part;
     QPoint at;
     CPWnd* window = FindWindowOf(object, &part, &at, event->position().toPoint());
-    if (!window || !IsWindowListed(window) || part == WindowPart::MenuBar || part == WindowPart::Frame)
+    if (!window || !IsWindowListed(window) || part == WindowPart::MenuBar ||
+        part == WindowPart::Frame)
         return false;
     if (IsReadingInput()) {
         RecordInput(window, 0, 0, 0, at, object, event);

@@ -16,9 +16,9 @@ struct Tracking {
     bool active = false;
     FrameAction action = FrameAction::TitleBar;
     CPWnd* window = nullptr;
-    QPoint start;           // the press, in screen pixels
-    QRect startFrame;       // the frame then, in its parent's coordinates
-    QSize size;             // the size reached by a size-box drag
+    QPoint start;      // the press, in screen pixels
+    QRect startFrame;  // the frame then, in its parent's coordinates
+    QSize size;        // the size reached by a size-box drag
     QPointer<QRubberBand> outline;
 };
 
@@ -34,13 +34,15 @@ QSize ScreenSize()
     if (gScreenRect.right > gScreenRect.left && gScreenRect.bottom > gScreenRect.top)
         return QSize(gScreenRect.right - gScreenRect.left, gScreenRect.bottom - gScreenRect.top);
     QScreen* screen = QGuiApplication::primaryScreen();
-    return screen ? screen->availableGeometry().size() : QSize(kSmallestWindowWidth, kSmallestWindowHeight);
+    return screen ? screen->availableGeometry().size()
+                  : QSize(kSmallestWindowWidth, kSmallestWindowHeight);
 }
 
 QSize ClampSize(QSize size)
 {
     QSize largest = ScreenSize();
-    return QSize(std::clamp(size.width(), kSmallestWindowWidth, std::max(kSmallestWindowWidth, largest.width())),
+    return QSize(std::clamp(size.width(), kSmallestWindowWidth,
+                            std::max(kSmallestWindowWidth, largest.width())),
                  std::clamp(size.height(), kSmallestWindowHeight,
                             std::max(kSmallestWindowHeight, largest.height())));
 }

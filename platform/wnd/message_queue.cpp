@@ -36,8 +36,8 @@ std::deque<InputRecord>& Queue()
     return queue;
 }
 
-int sReading = 0;             // modal reads under way
-bool sReplaying = false;      // unread input is being handed out
+int sReading = 0;         // modal reads under way
+bool sReplaying = false;  // unread input is being handed out
 bool sReplayScheduled = false;
 
 void ScheduleReplay()
@@ -162,8 +162,7 @@ int PeekAMessage(CPWnd*& window, unsigned int& msg, long& wParam, long& lParam, 
     return Read(false, window, msg, wParam, lParam, time, point);
 }
 
-void DispatchAMessage(CPWnd* window, unsigned int msg, long wParam, long lParam, long,
-                      tagPOINT)
+void DispatchAMessage(CPWnd* window, unsigned int msg, long wParam, long lParam, long, tagPOINT)
 {
     if (!IsWindowListed(window))
         return;

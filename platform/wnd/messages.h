@@ -17,11 +17,11 @@ constexpr unsigned int kMsgShortcut = 1017;     // Command-key press, to the mai
                                                 // character, kShortcutMark
 constexpr unsigned int kMsgKeyUp = 1018;        // key up; character, 0
 constexpr unsigned int kMsgKeyDown = 1019;      // key down; character, 0
-constexpr unsigned int kMsgCommand = 1020;      // menu command, to every window; identifier or -1, 0
+constexpr unsigned int kMsgCommand = 1020;  // menu command, to every window; identifier or -1, 0
 constexpr unsigned int kMsgWheelVertical = 1021;    // wheel notches, positive downwards; point
 constexpr unsigned int kMsgWheelHorizontal = 1022;  // wheel notches (also Shift+wheel), positive
                                                     // to the right; point
-constexpr unsigned int kMsgEndLoop = 12345;     // ends MessageLoop; exit code
+constexpr unsigned int kMsgEndLoop = 12345;         // ends MessageLoop; exit code
 
 // ---- Modifier bits in wParam of mouse messages ----------------------------------------------
 // The Command key is Ctrl on this platform.
@@ -57,8 +57,8 @@ constexpr long kCharDelete = 127;  // forward delete
 // left of or above the window (while the button is held) reads back negative.
 inline long MakePointParam(int x, int y)
 {
-    unsigned int packed = ((static_cast<unsigned int>(y) & 0xFFFFu) << 16) |
-                          (static_cast<unsigned int>(x) & 0xFFFFu);
+    unsigned int packed =
+        ((static_cast<unsigned int>(y) & 0xFFFFu) << 16) | (static_cast<unsigned int>(x) & 0xFFFFu);
     return static_cast<long>(static_cast<int>(packed));
 }
 inline int PointParamX(long lParam) { return static_cast<short>(lParam & 0xFFFF); }

@@ -103,8 +103,8 @@ void TrackAction(CPWnd* window, int bar, int action)
 QScrollBar* MakeBar(CPWnd* window, int bar)
 {
     CPWnd::Impl* impl = window->GetImpl();
-    auto* scroll = new QScrollBar(bar == kScrollBarHorizontal ? Qt::Horizontal : Qt::Vertical,
-                                  impl->content);
+    auto* scroll =
+        new QScrollBar(bar == kScrollBarHorizontal ? Qt::Horizontal : Qt::Vertical, impl->content);
     scroll->setFocusPolicy(Qt::NoFocus);
     QObject::connect(scroll, &QAbstractSlider::actionTriggered, scroll,
                      [window, bar](int action) { TrackAction(window, bar, action); });
@@ -222,7 +222,8 @@ void CPWnd::AlignScrollBar(int bar)
     int height = data->content->height();
     if (bar == kScrollBarVertical && data->vertical) {
         int length = data->horizontal ? height - 15 : height + 1;
-        data->vertical->setGeometry(width - kScrollBarSize, -1, kScrollBarSize, std::max(0, length));
+        data->vertical->setGeometry(width - kScrollBarSize, -1, kScrollBarSize,
+                                    std::max(0, length));
     }
     if (bar == kScrollBarHorizontal && data->horizontal) {
         int length = data->vertical ? width - 15 : width + 1;

@@ -83,7 +83,8 @@ void ContentWidget::paintEvent(QPaintEvent* event)
         // Three diagonal ridges: the corner the window is resized by.
         painter.setPen(QColor(0x80, 0x80, 0x80));
         for (int i = 4; i <= 12; i += 4)
-            painter.drawLine(grip.right() - i, grip.bottom() - 1, grip.right() - 1, grip.bottom() - i);
+            painter.drawLine(grip.right() - i, grip.bottom() - 1, grip.right() - 1,
+                             grip.bottom() - i);
     }
 }
 

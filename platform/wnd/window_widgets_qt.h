@@ -35,23 +35,23 @@ struct CPWnd::Impl {
     int originX = 0;
     int originY = 0;
     char title[kMaxTitle + 1] = {};
-    bool needsDraw = true;         // the backing image does not show the window yet
-    bool painting = false;         // inside the window's own paint message
-    int settingGeometry = 0;       // inside SetWinRect: the moves are the program's own
-    QRect requestedGeometry;       // the frame geometry SetWinRect asked for
+    bool needsDraw = true;    // the backing image does not show the window yet
+    bool painting = false;    // inside the window's own paint message
+    int settingGeometry = 0;  // inside SetWinRect: the moves are the program's own
+    QRect requestedGeometry;  // the frame geometry SetWinRect asked for
 };
 
 // The parts of a window an input event can land on.
 enum class WindowPart {
-    None,       // not one of the program's windows
+    None,  // not one of the program's windows
     Content,
     ScrollBar,
     EditField,  // the active edit box's field
     Caption,    // the title bar the layer draws
     CloseBox,
-    SizeBox,    // bottom-right square of a style 128 window's content
+    SizeBox,  // bottom-right square of a style 128 window's content
     MenuBar,
-    Frame,      // any other part of the frame (a top-level window's own area)
+    Frame,  // any other part of the frame (a top-level window's own area)
 };
 
 class ContentWidget : public QWidget {

@@ -16,8 +16,8 @@ namespace pxtest {
 // Writes `show` (a .plx) in `folder`: a picture of horizontal bands from frame 0, and one of
 // vertical bands from frame `second` with a dissolve of `dissolve` frames into it; each
 // picture's camera runs over `second` frames. The pictures are a.bmp and b.bmp beside the show.
-inline bool WriteTwoPictureShow(const std::string& folder, const std::string& show, long second = 30,
-                                float dissolve = 12.0f)
+inline bool WriteTwoPictureShow(const std::string& folder, const std::string& show,
+                                long second = 30, float dissolve = 12.0f)
 {
     SetEnvName("Parallaxotron");
     std::string header = "[Parallaxotron]\r\n";
@@ -25,9 +25,13 @@ inline bool WriteTwoPictureShow(const std::string& folder, const std::string& sh
     auto doc = std::make_unique<CDoc>();
     CDoc* before = pDoc;
     pDoc = doc.get();
-    bool written =
-        WriteBmp24(folder + "/a.bmp", 64, 48, [](int, int y) { return Rgb{uint8_t(y * 5), 40, 200}; }) &&
-        WriteBmp24(folder + "/b.bmp", 64, 48, [](int x, int) { return Rgb{220, uint8_t(x * 4), 30}; });
+    bool written = WriteBmp24(folder + "/a.bmp", 64, 48,
+                              [](int, int y) {
+                                  return Rgb{uint8_t(y * 5), 40, 200};
+                              }) &&
+                   WriteBmp24(folder + "/b.bmp", 64, 48, [](int x, int) {
+                       return Rgb{220, uint8_t(x * 4), 30};
+                   });
     if (written) {
         FSpec a = PathFSpec((folder + "/a.bmp").c_str());
         FSpec b = PathFSpec((folder + "/b.bmp").c_str());

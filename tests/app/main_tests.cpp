@@ -4,16 +4,16 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/wait.h>
+#include <unistd.h>
 #include <algorithm>
 #include <chrono>
-#include <cstdio>
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <string>
-#include <sys/wait.h>
 #include <thread>
-#include <unistd.h>
 #include <vector>
 
 #include "app/cli_shows.h"
@@ -28,10 +28,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-std::string Demo()
-{
-    return PX_SOURCE_DIR "/resources/demo/demo.plx";
-}
+std::string Demo() { return PX_SOURCE_DIR "/resources/demo/demo.plx"; }
 
 // The program started with `arguments`, its stdout and stderr into files in `dir`.
 class Program {
@@ -89,7 +86,8 @@ private:
     bool finished_ = false;
 };
 
-int RunProgram(const pxtest::TempDir& dir, std::vector<std::string> arguments, std::string* said = nullptr)
+int RunProgram(const pxtest::TempDir& dir, std::vector<std::string> arguments,
+               std::string* said = nullptr)
 {
     Program program(dir, std::move(arguments));
     int code = program.Wait();
@@ -122,10 +120,7 @@ int PartialFiles(const std::string& folder)
     return count;
 }
 
-bool HasFFmpeg()
-{
-    return std::system("ffmpeg -version > /dev/null 2>&1") == 0;
-}
+bool HasFFmpeg() { return std::system("ffmpeg -version > /dev/null 2>&1") == 0; }
 
 // ---- Exit codes -----------------------------------------------------------------------------
 
@@ -144,13 +139,23 @@ TEST(Program, UsageErrorsAreOneLineAndExitTwo)
 {
     pxtest::TempDir dir;
     std::string said;
-    EXPECT_EQ(RunProgram(dir, {"--render", Demo(), "--still", "abc", "-o", dir.File("f.tga")}, &said), 2);
-    EXPECT_EQ(said, "parallaxotron: --still needs a frame number (digits only, e.g. 150) or a timecode with "
-                    "colons (e.g. 00:00:05:00), not 'abc' (see parallaxotron --help)\n");
-    EXPECT_EQ(RunProgram(dir, {"--render", Demo(), "--start", "99:99:99:99", "-o", dir.File("f.mov")}, &said), 2);
+    EXPECT_EQ(
+        RunProgram(dir, {"--render", Demo(), "--still", "abc", "-o", dir.File("f.tga")}, &said), 2);
+    EXPECT_EQ(
+        said,
+        "parallaxotron: --still needs a frame number (digits only, e.g. 150) or a timecode with "
+        "colons (e.g. 00:00:05:00), not 'abc' (see parallaxotron --help)\n");
+    EXPECT_EQ(
+        RunProgram(dir, {"--render", Demo(), "--start", "99:99:99:99", "-o", dir.File("f.mov")},
+                   &said),
+        2);
     EXPECT_EQ(std::count(said.begin(), said.end(), '\n'), 1) << said;
     EXPECT_NE(said.find("not '99:99:99:99'"), std::string::npos) << said;
-    EXPECT_EQ(RunProgram(dir, {"--render", Demo(), "--start", "100", "--end", "100", "-o", dir.File("f.mov")}, &said), 2);
+    EXPECT_EQ(
+        RunProgram(dir,
+                   {"--render", Demo(), "--start", "100", "--end", "100", "-o", dir.File("f.mov")},
+                   &said),
+        2);
     EXPECT_NE(said.find("is an empty range"), std::string::npos) << said;
     EXPECT_FALSE(pxtest::FileExists(dir.File("f.mov")));
     EXPECT_FALSE(pxtest::FileExists(dir.File("f.tga")));
@@ -170,18 +175,20 @@ TEST(Program, StopSignalsCloseAPlayableMovieOfTheFramesMade)
                           StopCase{SIGHUP, 129, "SIGHUP"}}) {
         pxtest::TempDir dir;
         std::string out = dir.File("stopped.mov");
-        Program render(dir, {"--render", Demo(), "-o", out, "--size", "160x120", "--codec", "png", "--progress",
-                             "lines"});
+        Program render(dir, {"--render", Demo(), "-o", out, "--size", "160x120", "--codec", "png",
+                             "--progress", "lines"});
         ASSERT_TRUE(WaitForPartialMovie(dir.Path(), 20000)) << stop.name;
         render.Signal(stop.signal);
         ASSERT_EQ(render.Wait(), stop.code) << stop.name << ": " << render.Said();
         std::string said = render.Said();
-        EXPECT_NE(said.find(std::string("Stopped by ") + stop.name + ": " + out + " holds the "), std::string::npos)
+        EXPECT_NE(said.find(std::string("Stopped by ") + stop.name + ": " + out + " holds the "),
+                  std::string::npos)
             << said;
         long frames = pxtest::MovieFrames(out);
         EXPECT_GT(frames, 0) << stop.name;
         EXPECT_LT(frames, 1190) << stop.name;
-        EXPECT_NE(said.find("holds the " + std::to_string(frames) + " frames made so far"), std::string::npos)
+        EXPECT_NE(said.find("holds the " + std::to_string(frames) + " frames made so far"),
+                  std::string::npos)
             << said;
         EXPECT_EQ(PartialFiles(dir.Path()), 0) << stop.name;
     }
@@ -191,7 +198,9 @@ TEST(Program, KilledRenderLeavesThePreviousMovieIntact)
 {
     pxtest::TempDir dir;
     std::string out = dir.File("movie.mov");
-    ASSERT_EQ(RunProgram(dir, {"--render", Demo(), "-o", out, "--size", "64x48", "--end", "3", "--codec", "png"}), 0);
+    ASSERT_EQ(RunProgram(dir, {"--render", Demo(), "-o", out, "--size", "64x48", "--end", "3",
+                               "--codec", "png"}),
+              0);
     std::vector<unsigned char> previous = pxtest::ReadBytes(out);
     Program render(dir, {"--render", Demo(), "-o", out, "--size", "160x120", "--codec", "png"});
     ASSERT_TRUE(WaitForPartialMovie(dir.Path(), 20000));
@@ -220,8 +229,8 @@ TEST(Program, TermWhileMakingAFirstMovieLeavesAPlayableOne)
 
 // Renders the show as one job and as three chunk jobs in parallel, joins the chunks with FFmpeg's
 // concat demuxer (stream copy); answers the whole movie's and the joined movie's paths.
-bool RenderWholeAndChunks(const pxtest::TempDir& dir, const std::string& codec, const std::string& extension,
-                          std::string* whole, std::string* joined)
+bool RenderWholeAndChunks(const pxtest::TempDir& dir, const std::string& codec,
+                          const std::string& extension, std::string* whole, std::string* joined)
 {
     std::string show = dir.File("dissolve.plx");
     if (!pxtest::WriteTwoPictureShow(dir.Path(), "dissolve.plx", 30, 12.0f))
@@ -229,19 +238,22 @@ bool RenderWholeAndChunks(const pxtest::TempDir& dir, const std::string& codec, 
     *whole = dir.File("whole" + extension);
     *joined = dir.File("joined" + extension);
     std::string common = " --size 64x48 --codec " + codec + " --quiet";
-    if (RunProgram(dir, {"--render", show, "-o", *whole, "--size", "64x48", "--codec", codec, "--quiet"}) != 0)
+    if (RunProgram(dir, {"--render", show, "-o", *whole, "--size", "64x48", "--codec", codec,
+                         "--quiet"}) != 0)
         return false;
     // Frames 24..36 hold the dissolve: the chunk border at 30 falls inside it.
-    std::string jobs = "printf '0 12\\n12 30\\n30 60\\n' | xargs -P 3 -L 1 sh -c '\"$0\" --render " + show +
-                       " -o " + dir.Path() + "/chunk_$1" + extension + " --start $1 --end $2" + common + "' " +
-                       PX_PROGRAM;
+    std::string jobs =
+        "printf '0 12\\n12 30\\n30 60\\n' | xargs -P 3 -L 1 sh -c '\"$0\" --render " + show +
+        " -o " + dir.Path() + "/chunk_$1" + extension + " --start $1 --end $2" + common + "' " +
+        PX_PROGRAM;
     if (std::system(jobs.c_str()) != 0)
         return false;
-    std::string list = "file 'chunk_0" + extension + "'\nfile 'chunk_12" + extension + "'\nfile 'chunk_30" +
-                       extension + "'\n";
+    std::string list = "file 'chunk_0" + extension + "'\nfile 'chunk_12" + extension +
+                       "'\nfile 'chunk_30" + extension + "'\n";
     if (!pxtest::WriteText(dir.File("chunks.txt"), list))
         return false;
-    std::string join = "ffmpeg -v error -y -f concat -safe 0 -i " + dir.File("chunks.txt") + " -c copy -video_track_timescale 2997 -movie_timescale 2997 " + *joined;
+    std::string join = "ffmpeg -v error -y -f concat -safe 0 -i " + dir.File("chunks.txt") +
+                       " -c copy -video_track_timescale 2997 -movie_timescale 2997 " + *joined;
     return std::system(join.c_str()) == 0;
 }
 

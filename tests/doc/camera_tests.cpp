@@ -1,7 +1,7 @@
 #include "doc/camera.h"
 
-#include <cmath>
 #include <gtest/gtest.h>
+#include <cmath>
 #include <limits>
 #include <vector>
 
@@ -21,10 +21,7 @@ KeyStruct KeyAt(int frame, float x)
 }
 
 // Two keys: x 0 at frame 0, x 100 at frame 100.
-std::vector<KeyStruct> TwoKeys()
-{
-    return {KeyAt(0, 0.0f), KeyAt(100, 100.0f)};
-}
+std::vector<KeyStruct> TwoKeys() { return {KeyAt(0, 0.0f), KeyAt(100, 100.0f)}; }
 
 TEST(CalcEase, StartsAtZeroAndEndsAtOneForEveryEaseWindow)
 {
@@ -103,7 +100,8 @@ TEST(CurveFit, TwoKeysWithCurvesFollowTheMirroredTangent)
     std::vector<KeyStruct> keys = TwoKeys();
     for (long r = 0; r < 100; r += 7) {
         double u = r / 100.0;
-        EXPECT_NEAR(CurveFit(2, keys.data(), kFieldXPos, r, 0, kEaseNone), 200 * u * u - 100 * u * u * u, 1e-4);
+        EXPECT_NEAR(CurveFit(2, keys.data(), kFieldXPos, r, 0, kEaseNone),
+                    200 * u * u - 100 * u * u * u, 1e-4);
     }
 }
 
@@ -131,7 +129,8 @@ TEST(CurveFit, KeyEaseOfTwentyFiftyEasesInOverTheFirstHalfThenRunsAtConstantSpee
     // 2050 is even, so curves stay on; compare with the curve at the eased time.
     for (long r = 0; r < 100; r += 5) {
         double u = CalcEase(r / 100.0f, 0.5f, 1.0f);
-        EXPECT_NEAR(CurveFit(2, keys.data(), kFieldXPos, r, 0, kEaseNone), 200 * u * u - 100 * u * u * u, 1e-3)
+        EXPECT_NEAR(CurveFit(2, keys.data(), kFieldXPos, r, 0, kEaseNone),
+                    200 * u * u - 100 * u * u * u, 1e-3)
             << r;
     }
     // In the second half time runs at constant speed.
@@ -175,7 +174,8 @@ TEST(CurveFit, RotationFollowsStraightLinesEvenWhenAKeyAsksForCurves)
     std::vector<KeyStruct> keys = {KeyAt(0, 0.0f), KeyAt(100, 0.0f), KeyAt(200, 0.0f)};
     keys[1].Rotation = 90.0f;
     keys[0].Ease = 4000.0f;  // plain, curves on
-    EXPECT_NEAR(CurveFit(3, keys.data(), kFieldRotation, 25, 0, kEaseNone | kEaseNoCurves), 22.5f, 1e-4);
+    EXPECT_NEAR(CurveFit(3, keys.data(), kFieldRotation, 25, 0, kEaseNone | kEaseNoCurves), 22.5f,
+                1e-4);
     EXPECT_NEAR(CurveFit(3, keys.data(), kFieldRotation, 25, 0, kEaseNone), 22.5f, 1e-4);
 }
 

@@ -1,9 +1,9 @@
 #include "doc/cdoc.h"
 
+#include <gtest/gtest.h>
 #include <cmath>
 #include <cstdio>
 #include <cstring>
-#include <gtest/gtest.h>
 #include <limits>
 #include <memory>
 #include <string>
@@ -11,8 +11,8 @@
 
 #include "doc/globals.h"
 #include "platform/base/env.h"
-#include "platform/task/worker.h"
 #include "platform/ini/settings.h"
+#include "platform/task/worker.h"
 
 namespace {
 
@@ -153,11 +153,12 @@ TEST_F(CDocTest, DefaultsApplyWhenNoSettingIsStored)
 
 TEST_F(CDocTest, SettingsAreReadAtConstruction)
 {
-    UseSettings("EaseType=19\r\nAlwaysUseRotation=1\r\nAspectMode=5626\r\nFieldSwap=1\r\n"
-                "MultiProcess=1\r\nDraftRender=1\r\nRescaleShow=1\r\nFlopTopField=1\r\nFrameRate=2500\r\n"
-                "BlurFrames=3\r\nAltImageFolder=/alt/pictures\r\nPreBlur=2\r\nMatteColor=255\r\n"
-                "VideoColors=0\r\nShowPicError=0\r\nMultiProcOffset=-2\r\nAutoAddKey=0\r\nIgnoreAlpha=0\r\n"
-                "RootVolume=/media\r\n");
+    UseSettings(
+        "EaseType=19\r\nAlwaysUseRotation=1\r\nAspectMode=5626\r\nFieldSwap=1\r\n"
+        "MultiProcess=1\r\nDraftRender=1\r\nRescaleShow=1\r\nFlopTopField=1\r\nFrameRate=2500\r\n"
+        "BlurFrames=3\r\nAltImageFolder=/alt/pictures\r\nPreBlur=2\r\nMatteColor=255\r\n"
+        "VideoColors=0\r\nShowPicError=0\r\nMultiProcOffset=-2\r\nAutoAddKey=0\r\nIgnoreAlpha=0\r\n"
+        "RootVolume=/media\r\n");
     CDoc read;
     EXPECT_EQ(read.defaultEase, 19);
     EXPECT_TRUE(read.alwaysUseRotation);

@@ -22,8 +22,8 @@ protected:
     }
 
     // The store, headed by the program's name, on these lines (key=value, each ended by CR LF)
-    // over quiet pictures: no video-safe colours, no message for a missing picture. The store answers the first line that matches,
-    // so the given lines win over those defaults.
+    // over quiet pictures: no video-safe colours, no message for a missing picture. The store
+    // answers the first line that matches, so the given lines win over those defaults.
     static void LoadSettings(const std::string& lines)
     {
         std::string text =

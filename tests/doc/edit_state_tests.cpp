@@ -3,8 +3,8 @@
 
 #include "doc/edit_state.h"
 
-#include <cstring>
 #include <gtest/gtest.h>
+#include <cstring>
 
 #include "doc/cdoc.h"
 #include "doc/globals.h"

@@ -10,8 +10,8 @@
 #include "doc/globals.h"
 #include "doc/picture_cache.h"
 #include "doc_fixture.h"
-#include "support/bmp_files.h"
 #include "recording_editor.h"
+#include "support/bmp_files.h"
 
 namespace {
 
@@ -25,7 +25,6 @@ protected:
         SetEnvName("Parallaxotron");
         UseSettings("");
     }
-
 
     FSpec Picture(const std::string& name, int width, int height, Rgb colour)
     {
@@ -45,7 +44,7 @@ protected:
 TEST_F(PictureCache, BorderIsTruncatedHalfPercentsOfTheWidthInTheMatteColour)
 {
     FSpec spec = Picture("a.bmp", 40, 30, {200, 100, 50});
-    doc->border = 11;  // 11 / 200 x 40 = 2.2 -> 2 pixels
+    doc->border = 11;              // 11 / 200 x 40 = 2.2 -> 2 pixels
     doc->matteColor = 0x00302010;  // red 0x10, green 0x20, blue 0x30
     doc->LoadPicture(&spec, 0, 0);
     ASSERT_EQ(doc->image.GetWid(), 44);
@@ -84,7 +83,8 @@ TEST_F(PictureCache, ContrastFromTheShowWordAndVideoColoursApply)
     FSpec spec = Picture("a.bmp", 8, 8, {255, 0, 128});
     doc->showWord = 50 | (60 << 8);  // contrast 50, brightness 60
     doc->LoadPicture(&spec, 0, 0);
-    // Brightness 60 adds 10 / 50 x 92 = 18.4; then video-safe colours map c to (c x 86 + 1548) / 100.
+    // Brightness 60 adds 10 / 50 x 92 = 18.4; then video-safe colours map c to (c x 86 + 1548) /
+    // 100.
     const unsigned char* pixel = doc->image.GetBitsAdd(0);
     auto expected = [](int c) {
         float x = static_cast<float>(c) * 1.0f + 18.4f;

@@ -35,7 +35,6 @@ protected:
         gFrameRate = 2997;
     }
 
-
     // Picture 0: a 40 x 30 pattern with the camera exactly on it (two still keys).
     void LoadPatternPicture()
     {
@@ -51,10 +50,12 @@ protected:
     // Two flat pictures: red from frame 0, green from frame 100, the camera panning over each.
     void LoadTwoPictures()
     {
-        ASSERT_TRUE(pxtest::WriteBmp24(dir.File("red.bmp"), 80, 60,
-                                       [](int x, int) { return Rgb{static_cast<uint8_t>(100 + x), 0, 0}; }));
-        ASSERT_TRUE(pxtest::WriteBmp24(dir.File("green.bmp"), 80, 60,
-                                       [](int x, int) { return Rgb{0, static_cast<uint8_t>(100 + x), 0}; }));
+        ASSERT_TRUE(pxtest::WriteBmp24(dir.File("red.bmp"), 80, 60, [](int x, int) {
+            return Rgb{static_cast<uint8_t>(100 + x), 0, 0};
+        }));
+        ASSERT_TRUE(pxtest::WriteBmp24(dir.File("green.bmp"), 80, 60, [](int x, int) {
+            return Rgb{0, static_cast<uint8_t>(100 + x), 0};
+        }));
         FSpec red = PathSpec(dir.File("red.bmp"));
         FSpec green = PathSpec(dir.File("green.bmp"));
         doc->LoadPicture(&red, 0, 0);
@@ -353,7 +354,8 @@ TEST_F(Render, DissolveAndMotionBlurFramesReusePreparedPicturesWithTheSameBytes)
         for (bool outgoing : {true, false}) {
             CDIB out(40, 30, 32);
             ASSERT_TRUE(doc->RenderFrame(frame, 0, false, 40, 30, &out, outgoing));
-            EXPECT_EQ(Pixels(out), fresh[index++]) << frame << (outgoing ? " outgoing" : " incoming");
+            EXPECT_EQ(Pixels(out), fresh[index++])
+                << frame << (outgoing ? " outgoing" : " incoming");
         }
     }
     EXPECT_EQ(doc->pictureFileLoads, loads);

@@ -56,8 +56,10 @@ TEST_F(ShowFileIo, WrittenFileOpensAsTheSameShow)
     for (int pic = 0; pic < 2; ++pic) {
         ASSERT_EQ(opened.keyCount[pic], doc->keyCount[pic]) << pic;
         EXPECT_EQ(std::memcmp(&opened.picSpec[pic], &doc->picSpec[pic], sizeof(FSpec)), 0) << pic;
-        EXPECT_EQ(std::memcmp(opened.keys[pic], doc->keys[pic],
-                              sizeof(KeyStruct) * doc->keyCount[pic]), 0) << pic;
+        EXPECT_EQ(
+            std::memcmp(opened.keys[pic], doc->keys[pic], sizeof(KeyStruct) * doc->keyCount[pic]),
+            0)
+            << pic;
     }
     EXPECT_EQ(opened.matteColor, 0x123456);
     EXPECT_EQ(opened.border, 4);
@@ -105,7 +107,8 @@ TEST_F(ShowFileIo, SaveOnAFullDiskKeepsThePreviousShowWholeAndNoTemporary)
     EXPECT_TRUE(doc->dirty);
     EXPECT_EQ(pxtest::ReadBytes(dir.File("show.plx")), before);
     for (const auto& entry : std::filesystem::directory_iterator(dir.Path()))
-        EXPECT_EQ(entry.path().filename().string().find(".partial-"), std::string::npos) << entry.path();
+        EXPECT_EQ(entry.path().filename().string().find(".partial-"), std::string::npos)
+            << entry.path();
 }
 
 TEST_F(ShowFileIo, OpeningAFileThatIsNotAShowLeavesTheCurrentShow)

@@ -12,9 +12,9 @@
 #include "doc/cdoc.h"
 #include "doc/globals.h"
 #include "doc_fixture.h"
-#include "support/bmp_files.h"
 #include "platform/dialog/message_box.h"
 #include "platform/file/endian.h"
+#include "support/bmp_files.h"
 
 namespace {
 
@@ -27,7 +27,6 @@ protected:
         SetEnvName("Parallaxotron");
         UseSettings("");
     }
-
 
     // Two real pictures with a few keys each, starting at 0 and 120.
     void MakeShow()
@@ -65,7 +64,8 @@ protected:
     {
         LoadSettings(settings);
         auto loaded = std::make_unique<CDoc>();
-        EXPECT_TRUE(loaded->LoadShow(nullptr, bytes.data(), static_cast<long>(bytes.size()), false));
+        EXPECT_TRUE(
+            loaded->LoadShow(nullptr, bytes.data(), static_cast<long>(bytes.size()), false));
         return loaded;
     }
 
@@ -160,8 +160,8 @@ TEST_F(ShowFile, HeaderRecordsAndTrailerAreLaidOutInOrder)
     EXPECT_EQ(std::string(bytes.data() + 8 + 6), dir.File("a.bmp"));
     EXPECT_EQ(At<int32_t>(bytes, 8 + 262), 3);
     long firstKey = 8 + 266;
-    EXPECT_EQ(At<float>(bytes, firstKey + 4), 110.0f);     // Spare1: the version stamp
-    EXPECT_EQ(At<float>(bytes, firstKey + 44), 900.0f);    // ShowLen
+    EXPECT_EQ(At<float>(bytes, firstKey + 4), 110.0f);   // Spare1: the version stamp
+    EXPECT_EQ(At<float>(bytes, firstKey + 44), 900.0f);  // ShowLen
     long second = firstKey + 3 * 56;
     EXPECT_EQ(std::string(bytes.data() + second + 6), dir.File("b.bmp"));
     EXPECT_EQ(At<float>(bytes, second + 266 + 36), 120.0f);  // PicStart of picture 1
@@ -209,7 +209,7 @@ TEST_F(ShowFile, EaseZeroIsWrittenAsTheEncodedDefaultAndReadsBackAsZero)
     std::vector<char> bytes = Save();
     long secondKey = 8 + 266 + 56;
     EXPECT_EQ(At<float>(bytes, secondKey + 32), 1000.0f);  // kind 0 + 1, x 1000
-    EXPECT_EQ(doc->keys[0][1].Ease, 0.0f);                  // the document keeps 0
+    EXPECT_EQ(doc->keys[0][1].Ease, 0.0f);                 // the document keeps 0
     std::unique_ptr<CDoc> loaded = Load(bytes);
     EXPECT_EQ(loaded->keys[0][1].Ease, 0.0f);
     EXPECT_EQ(loaded->keys[0][2].Ease, 3050.0f);
@@ -348,7 +348,8 @@ TEST_F(ShowFile, NotANumberAndInfiniteFieldsLoadWithoutHarm)
 {
     MakeShow();
     std::vector<char> bytes = Save();
-    float values[] = {std::numeric_limits<float>::quiet_NaN(), std::numeric_limits<float>::infinity(),
+    float values[] = {std::numeric_limits<float>::quiet_NaN(),
+                      std::numeric_limits<float>::infinity(),
                       -std::numeric_limits<float>::infinity()};
     for (float value : values) {
         std::vector<char> damaged = bytes;
@@ -464,7 +465,8 @@ TEST_F(ShowFile, ExtraRecordAfterTheSixtyFourthPictureIsReadAndSavedAgain)
 {
     for (int pic = 0; pic < kMaxPictures; ++pic) {
         doc->SetPicStart(pic * 10, pic);
-        std::snprintf(doc->picSpec[pic].name, sizeof doc->picSpec[pic].name, "/nowhere/pic%d.bmp", pic);
+        std::snprintf(doc->picSpec[pic].name, sizeof doc->picSpec[pic].name, "/nowhere/pic%d.bmp",
+                      pic);
         doc->SetKey(1, KeyAt(5), pic);
     }
     doc->picCount = kMaxPictures;

@@ -1,7 +1,7 @@
 #include "doc/timecode.h"
 
-#include <climits>
 #include <gtest/gtest.h>
+#include <climits>
 #include <string>
 
 #include "doc/globals.h"

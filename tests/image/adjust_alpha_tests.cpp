@@ -50,8 +50,8 @@ TEST(SetAlphaEdge, UsesTheLowByteOfTheAlpha)
 
 TEST(SetAlphaEdge, ThinImagesAreAllEdge)
 {
-    for (auto [width, height] : {std::pair{1, 1}, std::pair{1, 6}, std::pair{6, 1},
-                                 std::pair{2, 2}, std::pair{8192, 3}, std::pair{3, 8192}}) {
+    for (auto [width, height] : {std::pair{1, 1}, std::pair{1, 6}, std::pair{6, 1}, std::pair{2, 2},
+                                 std::pair{8192, 3}, std::pair{3, 8192}}) {
         CDIB image(width, height, 32);
         pxtest::FillChannel(image, 3, 1);
         pxtest::MarkOutsideBytes(image, 0x42);
@@ -61,8 +61,8 @@ TEST(SetAlphaEdge, ThinImagesAreAllEdge)
             bool inner = row > 0 && row < height - 1;
             for (int x = 0; x < width; ++x) {
                 bool edge = !inner || x == 0 || x == width - 1;
-                ASSERT_EQ(alpha[x], edge ? 0 : 1) << width << " × " << height << " at " << x
-                                                  << ", " << row;
+                ASSERT_EQ(alpha[x], edge ? 0 : 1)
+                    << width << " × " << height << " at " << x << ", " << row;
             }
         }
         EXPECT_TRUE(pxtest::OutsideBytesAre(image, 0x42));
@@ -136,10 +136,9 @@ TEST(AddAlpha, AlphaIsTheFirstByteOfEachMattePixelAtEveryMatteDepth)
             }
         EXPECT_TRUE(image.AddAlpha(&matte)) << matteBits << "-bit matte";
         for (int row = 0; row < 2; ++row)
-            EXPECT_EQ(RowChannel(image, row, 3),
-                      (Bytes{static_cast<unsigned char>(40 + row),
-                             static_cast<unsigned char>(41 + row),
-                             static_cast<unsigned char>(42 + row)}))
+            EXPECT_EQ(RowChannel(image, row, 3), (Bytes{static_cast<unsigned char>(40 + row),
+                                                        static_cast<unsigned char>(41 + row),
+                                                        static_cast<unsigned char>(42 + row)}))
                 << matteBits << "-bit matte, row " << row;
     }
 }

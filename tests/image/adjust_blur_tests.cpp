@@ -49,7 +49,8 @@ void FillUneven(CDIB& image)
 // Blur
 
 template <typename T>
-class BlurAtColourDepth : public ::testing::Test {};
+class BlurAtColourDepth : public ::testing::Test {
+};
 TYPED_TEST_SUITE(BlurAtColourDepth, pxtest::ColourDepths, pxtest::DepthNames);
 
 TYPED_TEST(BlurAtColourDepth, ThreeByThreeImageChangesOnlyItsCentreByTheKernel)
@@ -200,7 +201,8 @@ TEST(Blur, UniformPictureStaysUniform)
 }
 
 template <typename T>
-class BlurAtPaletteDepth : public ::testing::Test {};
+class BlurAtPaletteDepth : public ::testing::Test {
+};
 TYPED_TEST_SUITE(BlurAtPaletteDepth, pxtest::PaletteDepths, pxtest::DepthNames);
 
 TYPED_TEST(BlurAtPaletteDepth, BlurAndBlurAlphaChangeNothing)
@@ -292,8 +294,8 @@ TEST(BlurAlpha, TwentyFourBitImageIsLeftAlone)
 
 TEST(BlurAlpha, SmallAndWideImagesStayInsideTheirPixels)
 {
-    for (auto [width, height] : {std::pair{1, 1}, std::pair{2, 2}, std::pair{3, 3},
-                                 std::pair{8192, 3}}) {
+    for (auto [width, height] :
+         {std::pair{1, 1}, std::pair{2, 2}, std::pair{3, 3}, std::pair{8192, 3}}) {
         CDIB image(width, height, 32);
         FillPattern(image);
         pxtest::MarkOutsideBytes(image, 0x3C);

@@ -53,7 +53,8 @@ void FillSafe(CDIB& image)
 // VideoColors
 
 template <typename T>
-class VideoColorsAtColourDepth : public ::testing::Test {};
+class VideoColorsAtColourDepth : public ::testing::Test {
+};
 TYPED_TEST_SUITE(VideoColorsAtColourDepth, pxtest::ColourDepths, pxtest::DepthNames);
 
 TYPED_TEST(VideoColorsAtColourDepth, PictureInsideTheSafeRangeIsLeftBitIdentical)
@@ -114,7 +115,8 @@ TYPED_TEST(VideoColorsAtColourDepth, MapsZeroTo15And255To234And128To125)
 
 TYPED_TEST(VideoColorsAtColourDepth, OneChannelJustOutsideEitherEndTriggersTheMapping)
 {
-    for (unsigned char outside : {static_cast<unsigned char>(17), static_cast<unsigned char>(235)}) {
+    for (unsigned char outside :
+         {static_cast<unsigned char>(17), static_cast<unsigned char>(235)}) {
         CDIB image(2, 2, TypeParam::kBits);
         FillColour(image, 200, 200, 200);
         SetPixel(image, 1, 0, Colour(TypeParam::kBits, 200, outside, 200));
@@ -151,7 +153,8 @@ TEST(VideoColors, CompressedPictureWithChannelsBelow18IsCompressedAgain)
 // Contrast
 
 template <typename T>
-class ContrastAtColourDepth : public ::testing::Test {};
+class ContrastAtColourDepth : public ::testing::Test {
+};
 TYPED_TEST_SUITE(ContrastAtColourDepth, pxtest::ColourDepths, pxtest::DepthNames);
 
 // One pixel per byte value: pixel c is (c, 255 − c, c), alpha 255 − c.
@@ -250,7 +253,8 @@ TYPED_TEST(ContrastAtColourDepth, RowPaddingIsLeftAlone)
 // Tint
 
 template <typename T>
-class TintAtColourDepth : public ::testing::Test {};
+class TintAtColourDepth : public ::testing::Test {
+};
 TYPED_TEST_SUITE(TintAtColourDepth, pxtest::ColourDepths, pxtest::DepthNames);
 
 TYPED_TEST(TintAtColourDepth, GreyTintTurnsThePictureIntoGreysOfItsOwnLightness)
@@ -328,7 +332,8 @@ TYPED_TEST(TintAtColourDepth, EveryPixelTakesTheTintsHueAndSaturationWithItsOwnL
 // Depths the colour adjustments leave alone
 
 template <typename T>
-class ColourAdjustmentsAtPaletteDepth : public ::testing::Test {};
+class ColourAdjustmentsAtPaletteDepth : public ::testing::Test {
+};
 TYPED_TEST_SUITE(ColourAdjustmentsAtPaletteDepth, pxtest::PaletteDepths, pxtest::DepthNames);
 
 TYPED_TEST(ColourAdjustmentsAtPaletteDepth, VideoColorsContrastAndTintChangeNothing)

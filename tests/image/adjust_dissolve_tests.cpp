@@ -26,8 +26,8 @@ struct DepthPair {
     static constexpr int kOurs = Ours;
     static constexpr int kTheirs = Theirs;
 };
-using DepthPairs = ::testing::Types<DepthPair<24, 24>, DepthPair<24, 32>, DepthPair<32, 24>,
-                                    DepthPair<32, 32>>;
+using DepthPairs =
+    ::testing::Types<DepthPair<24, 24>, DepthPair<24, 32>, DepthPair<32, 24>, DepthPair<32, 32>>;
 struct DepthPairNames {
     template <typename T>
     static std::string GetName(int)
@@ -60,7 +60,8 @@ Bytes ColourOf(const CDIB& image, long x, int row)
 }
 
 template <typename T>
-class DissolveBetweenDepths : public ::testing::Test {};
+class DissolveBetweenDepths : public ::testing::Test {
+};
 TYPED_TEST_SUITE(DissolveBetweenDepths, DepthPairs, DepthPairNames);
 
 TYPED_TEST(DissolveBetweenDepths, TZeroGivesTheOtherImage)
@@ -79,8 +80,8 @@ TYPED_TEST(DissolveBetweenDepths, TZeroGivesTheOtherImage)
         for (long x = 0; x < 5; ++x) {
             EXPECT_EQ(ColourOf(image, x, row), ColourOf(other, x, row));
             if (TypeParam::kOurs == 32) {
-                unsigned char alpha = TypeParam::kTheirs == 32 ? Pixel(other, x, row)[3]
-                                                               : Pixel(original, x, row)[3];
+                unsigned char alpha =
+                    TypeParam::kTheirs == 32 ? Pixel(other, x, row)[3] : Pixel(original, x, row)[3];
                 EXPECT_EQ(Pixel(image, x, row)[3], alpha);
             }
         }

@@ -28,8 +28,13 @@ INSTANTIATE_TEST_SUITE_P(Loops, CropPasses, testing::Values(false, true),
 
 Span RowSpan(int count, uint32_t firstWeight, uint32_t lastWeight, uint32_t divisor)
 {
-    return Span{.outside = false, .first = 0, .count = count, .firstWeight = firstWeight,
-                .lastWeight = lastWeight, .reciprocal = kReciprocalOne / divisor, .wide = false};
+    return Span{.outside = false,
+                .first = 0,
+                .count = count,
+                .firstWeight = firstWeight,
+                .lastWeight = lastWeight,
+                .reciprocal = kReciprocalOne / divisor,
+                .wide = false};
 }
 
 TEST_P(CropPasses, TwoHalfRowsAverage)
@@ -100,8 +105,13 @@ TEST_P(CropPasses, ManyRowsOverALongLineMatchTheirWeightedSum)
 
 TEST(CropColumns, ColumnCarriesPremultipliedWeightsAndItsFirstByte)
 {
-    Span span{.outside = false, .first = 2, .count = 3, .firstWeight = 64, .lastWeight = 192,
-              .reciprocal = 2048, .wide = false};
+    Span span{.outside = false,
+              .first = 2,
+              .count = 3,
+              .firstWeight = 64,
+              .lastWeight = 192,
+              .reciprocal = 2048,
+              .wide = false};
     CropColumn column = MakeCropColumn(span, 3);
     EXPECT_EQ(column.offset, 6u);
     EXPECT_EQ(column.count, 3);
@@ -113,8 +123,13 @@ TEST(CropColumns, ColumnCarriesPremultipliedWeightsAndItsFirstByte)
 
 TEST(CropColumns, WideColumnKeepsPlainWeightsAndItsReciprocal)
 {
-    Span span{.outside = false, .first = 1, .count = 2, .firstWeight = 64, .lastWeight = 192,
-              .reciprocal = 2048, .wide = true};
+    Span span{.outside = false,
+              .first = 1,
+              .count = 2,
+              .firstWeight = 64,
+              .lastWeight = 192,
+              .reciprocal = 2048,
+              .wide = true};
     CropColumn column = MakeCropColumn(span, 4);
     EXPECT_EQ(column.offset, 4u);
     EXPECT_EQ(column.first, 64u);

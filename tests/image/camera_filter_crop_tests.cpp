@@ -11,8 +11,8 @@
 #include "image/camera_filter_pixels.h"
 #include "platform/task/worker.h"
 
-using pxtest::FramePixel;
 using pxtest::FrameIsAll;
+using pxtest::FramePixel;
 using pxtest::MarkedFrame;
 using pxtest::OutsideGrey;
 using pxtest::PatternSource;
@@ -82,8 +82,7 @@ TYPED_TEST(CropAtEveryDepth, OneToOneWindowReproducesSourcePixels)
     ASSERT_TRUE(Crop(*frame, *source, 0.0f, 0.0f, 13.0f, 9.0f));
     for (int row = 0; row < 9; ++row)
         for (long x = 0; x < 13; ++x)
-            EXPECT_EQ(FramePixel(*frame, x, row), SourcePixel(*source, x, row))
-                << x << ", " << row;
+            EXPECT_EQ(FramePixel(*frame, x, row), SourcePixel(*source, x, row)) << x << ", " << row;
     ExpectMatchesReference(*source, 0.0f, 0.0f, 13.0f, 9.0f, kFiltered, 0, 13, 9);
 }
 
@@ -116,7 +115,7 @@ TYPED_TEST(CropAtEveryDepth, WindowWhollyOutsideGivesOutsideGrey)
     };
     // Far left, just left, far right, just right, below, just below, above, just above.
     const Window windows[] = {{-1000.0f, 2.0f}, {-8.0f, 2.0f}, {5000.0f, 2.0f}, {16.0f, 2.0f},
-                              {2.0f, -900.0f}, {2.0f, -6.0f},  {2.0f, 700.0f}, {2.0f, 12.0f}};
+                              {2.0f, -900.0f},  {2.0f, -6.0f}, {2.0f, 700.0f},  {2.0f, 12.0f}};
     for (int quality : {kNearest, kFiltered}) {
         for (const Window& window : windows) {
             auto frame = MarkedFrame(8, 6);
@@ -602,7 +601,8 @@ TEST(CropRouting, SourceMarkedForRotationTakesTheRotatingFilter)
     source->useRotFilter = true;
     auto routed = MarkedFrame(10, 10);
     auto direct = MarkedFrame(10, 10);
-    ASSERT_TRUE(routed->FilterCrop(source.get(), 3.3f, 4.4f, 20, 20, 12.0f, 3.0f, -2.0f, 0, 100, 0));
+    ASSERT_TRUE(
+        routed->FilterCrop(source.get(), 3.3f, 4.4f, 20, 20, 12.0f, 3.0f, -2.0f, 0, 100, 0));
     ASSERT_TRUE(direct->FilterRot(source.get(), 3.3f, 4.4f, 20, 20, 12.0f, 3.0f, -2.0f, 0, 100, 0));
     EXPECT_EQ(pxtest::AllRows(*routed), pxtest::AllRows(*direct));
 }

@@ -187,7 +187,8 @@ inline void ReferenceCrop(const CDIB& source, float left, float top, float width
                     put(x, row, outside);
                     continue;
                 }
-                put(x, row, SourcePixel(source, static_cast<long>(column), static_cast<int>(whole)));
+                put(x, row,
+                    SourcePixel(source, static_cast<long>(column), static_cast<int>(whole)));
             }
             continue;
         }
@@ -198,8 +199,8 @@ inline void ReferenceCrop(const CDIB& source, float left, float top, float width
             for (size_t k = 0; k < down.weights.size(); ++k)
                 if (down.weights[k] != 0)
                     sum += down.weights[k] *
-                           source.GetBitsAdd(static_cast<int>(down.first + static_cast<int64_t>(k)))
-                               [column * pixelBytes + c];
+                           source.GetBitsAdd(static_cast<int>(
+                               down.first + static_cast<int64_t>(k)))[column * pixelBytes + c];
             return static_cast<uint64_t>(((sum * down.reciprocal) >> 20) & 0xFF);
         };
         float u = left;
@@ -216,8 +217,8 @@ inline void ReferenceCrop(const CDIB& source, float left, float top, float width
                 uint64_t sum = 0;
                 for (size_t k = 0; k < across.weights.size(); ++k)
                     if (across.weights[k] != 0)
-                        sum += across.weights[k] *
-                               lineByte(across.first + static_cast<int64_t>(k), c);
+                        sum +=
+                            across.weights[k] * lineByte(across.first + static_cast<int64_t>(k), c);
                 colour[static_cast<size_t>(c)] =
                     static_cast<unsigned char>(((sum * across.reciprocal) >> 20) & 0xFF);
             }

@@ -205,7 +205,8 @@ TYPED_TEST(RotAtEveryDepth, HugeTinyAndUndefinedWindowsStayInsideTheSource)
     for (int quality : {kNearest, kBilinear}) {
         ASSERT_TRUE(Rot(*frame, *source, Camera{-1.0e6f, -1.0e6f, 2.0e6f, 2.0e6f, 33}, quality));
         EXPECT_TRUE(FrameIsAll(*frame, grey));
-        ASSERT_TRUE(Rot(*frame, *source, Camera{-3e38f, -3e38f, 3e38f, 3e38f, 10, 80, 80}, quality));
+        ASSERT_TRUE(
+            Rot(*frame, *source, Camera{-3e38f, -3e38f, 3e38f, 3e38f, 10, 80, 80}, quality));
         EXPECT_TRUE(FrameIsAll(*frame, grey));
         ASSERT_TRUE(Rot(*frame, *source, Camera{0, 0, infinite, infinite, 10}, quality));
         EXPECT_TRUE(FrameIsAll(*frame, grey));
@@ -253,8 +254,7 @@ TYPED_TEST(RotAtEveryDepth, FrameOf8192ColumnsEnlargesANarrowSource)
     ASSERT_TRUE(Rot(*frame, *source, Camera{1, 2, 64, 2}, kBilinear));
     for (int row = 0; row < 2; ++row)
         for (long k = 0; k < 64; ++k)
-            EXPECT_EQ(FramePixel(*frame, 128 * k, row), SourcePixel(*source, 1 + k, 2 + row))
-                << k;
+            EXPECT_EQ(FramePixel(*frame, 128 * k, row), SourcePixel(*source, 1 + k, 2 + row)) << k;
     ExpectMatchesReference(*source, Camera{1.3f, 1.7f, 70, 2, 1.5f}, 8192, 2);
 }
 
@@ -269,7 +269,7 @@ TYPED_TEST(RotAtEveryDepth, RotatedAndTiltedWindowsMatchTheirGeometry)
     std::uniform_int_distribution<int> side(1, 19);
     for (int trial = 0; trial < 80; ++trial) {
         Camera camera{position(random), position(random), size(random), size(random),
-                      degrees(random), tilt(random),    tilt(random)};
+                      degrees(random),  tilt(random),     tilt(random)};
         ExpectMatchesReference(*source, camera, side(random), side(random));
     }
 }
@@ -445,8 +445,8 @@ TEST(RotFields, FieldCode10RendersEvenRowsAnd11OddRows)
     for (int fieldCode : {10, 11}) {
         auto frame = MarkedFrame(6, 7);
         auto whole = MarkedFrame(6, 7);
-        ASSERT_TRUE(frame->FilterRot(source.get(), 2, 3, 12, 12, 20, 0, 0, 0, kBilinear,
-                                     fieldCode));
+        ASSERT_TRUE(
+            frame->FilterRot(source.get(), 2, 3, 12, 12, 20, 0, 0, 0, kBilinear, fieldCode));
         ASSERT_TRUE(whole->FilterRot(source.get(), 2, 3, 12, 12, 20, 0, 0, 0, kBilinear, 0));
         for (int row = 0; row < 7; ++row) {
             if (row % 2 == fieldCode % 10)

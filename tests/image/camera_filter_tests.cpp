@@ -43,8 +43,8 @@ std::vector<unsigned char> MultiFrame(CDIB& source, const Camera& c, long width,
                                       int quality, int fieldCode)
 {
     auto frame = MarkedFrame(width, height);
-    EXPECT_TRUE(frame->FilterCropMulti(&source, c.left, c.top, c.width, c.height, c.angle,
-                                       c.tiltV, c.tiltH, quality, fieldCode));
+    EXPECT_TRUE(frame->FilterCropMulti(&source, c.left, c.top, c.width, c.height, c.angle, c.tiltV,
+                                       c.tiltH, quality, fieldCode));
     return AllRows(*frame);
 }
 
@@ -188,8 +188,7 @@ TEST(CameraRowPlan, TheTwoHalvesRenderEveryRowOfTheWholeFrameOnce)
                 std::vector<int> second = PlannedRows(height, 2, fieldCode);
                 split.insert(split.end(), second.begin(), second.end());
                 EXPECT_EQ(split, PlannedRows(height, 0, fieldCode))
-                    << "height " << height << ", field code " << fieldCode << ", offset "
-                    << offset;
+                    << "height " << height << ", field code " << fieldCode << ", offset " << offset;
             }
         }
     }

@@ -20,17 +20,11 @@ using Bytes = std::vector<unsigned char>;
 
 namespace {
 
-Bytes Black(int pixelBytes)
-{
-    return Bytes(static_cast<size_t>(pixelBytes), 0);
-}
+Bytes Black(int pixelBytes) { return Bytes(static_cast<size_t>(pixelBytes), 0); }
 
 // The depth a scaled copy of a source of `bits` is made in: its own, or 32 for 8-bit sources,
 // since nothing is scaled into an 8-bit image.
-int ScaledDepth(int bits)
-{
-    return bits == 8 ? 32 : bits;
-}
+int ScaledDepth(int bits) { return bits == 8 ? 32 : bits; }
 
 // Source pixel (x, row) as it must arrive in an image of ScaledDepth: 8-bit pixels through the
 // palette with alpha 0; 16-bit words lose their unused top bit; the others unchanged.
@@ -51,7 +45,8 @@ Bytes ScaledPixel(const CDIB& source, long x, int row)
 // ---- CopyCrop: every depth ----
 
 template <typename T>
-class CopyCropAtEveryDepth : public ::testing::Test {};
+class CopyCropAtEveryDepth : public ::testing::Test {
+};
 TYPED_TEST_SUITE(CopyCropAtEveryDepth, pxtest::AllDepths, pxtest::DepthNames);
 
 TYPED_TEST(CopyCropAtEveryDepth, WholeRectangleGivesACopyShiftedOneLineDownWithABlackTopLine)
@@ -160,13 +155,13 @@ TYPED_TEST(CopyCropAtEveryDepth, RectangleWhollyOutsideThePictureIsAllBlack)
     CDIB source(4, 4, TypeParam::kBits);
     FillPattern(source);
     const tagRECT outside[] = {
-        {10, 0, 14, 4},                      // right
-        {-40, 1, -36, 3},                    // far left
-        {0, -20, 4, -10},                    // above
-        {0, 30, 4, 32},                      // below
+        {10, 0, 14, 4},    // right
+        {-40, 1, -36, 3},  // far left
+        {0, -20, 4, -10},  // above
+        {0, 30, 4, 32},    // below
         {INT_MAX - 8, INT_MAX - 8, INT_MAX, INT_MAX},
         {INT_MIN, INT_MIN, INT_MIN + 16, INT_MIN + 2},
-        {-8192, 2, 0, 3},                    // the largest side, ending at the picture's edge
+        {-8192, 2, 0, 3},  // the largest side, ending at the picture's edge
     };
     for (const tagRECT& rectangle : outside) {
         CDIB destination(1, 1, 24);
@@ -256,7 +251,8 @@ TEST(CopyCrop, FailsWhenTheDestinationsCreateFails)
 // ---- CopyScale: every depth ----
 
 template <typename T>
-class CopyScaleAtEveryDepth : public ::testing::Test {};
+class CopyScaleAtEveryDepth : public ::testing::Test {
+};
 TYPED_TEST_SUITE(CopyScaleAtEveryDepth, pxtest::AllDepths, pxtest::DepthNames);
 
 TYPED_TEST(CopyScaleAtEveryDepth, EqualSizeWithoutBorderIsAnExactCopy)
@@ -505,7 +501,8 @@ TEST(CopyScale, NullEmptyOrSameImageIsRefused)
 // ---- Create8Bit ----
 
 template <typename T>
-class Create8BitAtEveryDepth : public ::testing::Test {};
+class Create8BitAtEveryDepth : public ::testing::Test {
+};
 TYPED_TEST_SUITE(Create8BitAtEveryDepth, pxtest::AllDepths, pxtest::DepthNames);
 
 TYPED_TEST(Create8BitAtEveryDepth, MakesAnEightBitImageOfTheSameSize)
@@ -527,8 +524,8 @@ TEST(Create8Bit, GreyIndexIsTruncatedInSinglePrecision)
     SetPixel(source, 0, 0, {200, 150, 100});  // blue, green, red: 140.5
     SetPixel(source, 1, 0, {0, 200, 0});      // 117.99999 in single precision
     SetPixel(source, 2, 0, {255, 255, 255});
-    SetPixel(source, 3, 0, {30, 20, 10});     // 18.099998
-    SetPixel(source, 4, 0, {0, 0, 200});      // 60.000004
+    SetPixel(source, 3, 0, {30, 20, 10});  // 18.099998
+    SetPixel(source, 4, 0, {0, 0, 200});   // 60.000004
     CDIB destination(1, 1, 8);
     ASSERT_TRUE(source.Create8Bit(&destination, true));
     EXPECT_EQ(RowPixels(destination, 0), (Bytes{140, 117, 255, 18, 60}));

@@ -12,7 +12,8 @@ using pxtest::RowPixels;
 namespace {
 
 template <typename T>
-class FlopAtEveryDepth : public ::testing::Test {};
+class FlopAtEveryDepth : public ::testing::Test {
+};
 TYPED_TEST_SUITE(FlopAtEveryDepth, pxtest::AllDepths, pxtest::DepthNames);
 
 TYPED_TEST(FlopAtEveryDepth, FiveRowsSwapZeroFourAndOneThree)

@@ -301,7 +301,8 @@ TEST(PutLine, RowOutsideTheImageWritesNothing)
 // ---- Copy ----
 
 template <typename T>
-class CopyAtEveryDepth : public ::testing::Test {};
+class CopyAtEveryDepth : public ::testing::Test {
+};
 TYPED_TEST_SUITE(CopyAtEveryDepth, pxtest::AllDepths, pxtest::DepthNames);
 
 TYPED_TEST(CopyAtEveryDepth, WithCreateMakesAnIdenticalImage)
@@ -375,8 +376,7 @@ TEST(Copy, SmallerDestinationWithoutCreateGetsOnlyWhatFits)
     CDIB destination(2, 2, 32);
     ASSERT_TRUE(source.Copy(&destination, false));
     // Bytes go over in one piece, so the small image holds the first 16 bytes of the large one.
-    EXPECT_EQ(AllRows(destination),
-              std::vector<unsigned char>(source.bits, source.bits + 16));
+    EXPECT_EQ(AllRows(destination), std::vector<unsigned char>(source.bits, source.bits + 16));
 }
 
 TEST(Copy, CallsTheDestinationsCreateThroughTheVirtualTable)

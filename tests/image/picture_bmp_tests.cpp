@@ -6,8 +6,7 @@
 #include "image/cdib_pixels.h"
 #include "image/picture_files.h"
 
-namespace
-{
+namespace {
 
 using namespace pxtest;
 
@@ -17,14 +16,14 @@ int LoadBmpBytes(CDIB& image, const Bytes& bytes)
     return ReadThrough(dir, bytes, [&](CPFile* file) { return image.LoadBmp(file); });
 }
 
-template <typename T> class BmpPictureDepth : public ::testing::Test
-{
+template <typename T>
+class BmpPictureDepth : public ::testing::Test {
 };
 TYPED_TEST_SUITE(BmpPictureDepth, AllDepths, DepthNames);
 
 TYPED_TEST(BmpPictureDepth, ReadsTheRowsAsTheyLie)
 {
-    for (long width : { 1L, 3L, 5L }) {
+    for (long width : {1L, 3L, 5L}) {
         CDIB image(1, 1, 24);
         BmpOptions options;
         options.width = width;
@@ -45,7 +44,7 @@ TEST(BmpPicture, EightBitPaletteIsTheFilesWholeTable)
     CDIB image(1, 1, 24);
     BmpOptions options;
     options.bits = 8;
-    options.coloursUsed = 16; // not consulted: all 256 entries are read
+    options.coloursUsed = 16;  // not consulted: all 256 entries are read
     ASSERT_EQ(LoadBmpBytes(image, MakeBmp(options)), 0);
     for (int i = 0; i < 256; ++i) {
         PaletteEntry want = FilePaletteEntry(i);
@@ -69,14 +68,14 @@ TEST(BmpPicture, FileEndingInsideThePaletteKeepsTheGreyRampForTheRest)
 {
     // 1 x 1 pixel, palette cut after 8 entries, the stated offset pointing at the one row.
     CDIB image(1, 1, 8);
-    image.GetPalette()[100] = PaletteEntry { 1, 2, 3, 4 }; // an old palette is not kept either
+    image.GetPalette()[100] = PaletteEntry{1, 2, 3, 4};  // an old palette is not kept either
     BmpOptions options;
     options.bits = 8;
     options.width = 1;
     options.height = 1;
     Bytes bytes = MakeBmp(options);
     Bytes shortFile(bytes.begin(), bytes.begin() + 54 + 32);
-    shortFile.insert(shortFile.end(), { PatternByte(0, 0, 0), 0, 0, 0 });
+    shortFile.insert(shortFile.end(), {PatternByte(0, 0, 0), 0, 0, 0});
     Put(shortFile, 2, static_cast<uint32_t>(shortFile.size()), 4, false);
     Put(shortFile, 10, static_cast<uint32_t>(shortFile.size() - 4), 4, false);
     ASSERT_EQ(LoadBmpBytes(image, shortFile), 0);
@@ -103,13 +102,13 @@ TEST(BmpPicture, RunLengthAndBitfieldFilesAreCompressed)
     CDIB image(1, 1, 24);
     BmpOptions options;
     options.bits = 8;
-    options.compression = 1; // RLE8
+    options.compression = 1;  // RLE8
     EXPECT_EQ(LoadBmpBytes(image, MakeBmp(options)), 1);
     options.bits = 4;
-    options.compression = 2; // RLE4: compression is looked at before the colours
+    options.compression = 2;  // RLE4: compression is looked at before the colours
     EXPECT_EQ(LoadBmpBytes(image, MakeBmp(options)), 1);
     options.bits = 32;
-    options.compression = 3; // bit fields
+    options.compression = 3;  // bit fields
     EXPECT_EQ(LoadBmpBytes(image, MakeBmp(options)), 1);
 }
 
@@ -156,12 +155,12 @@ TEST(BmpPicture, SizeLimitItselfIsRead)
 TEST(BmpPicture, BadHeadersAreUnreadable)
 {
     CDIB image(1, 1, 24);
-    Bytes notBmp = MakeBmp(BmpOptions {});
+    Bytes notBmp = MakeBmp(BmpOptions{});
     notBmp[0] = 'X';
     EXPECT_EQ(LoadBmpBytes(image, notBmp), 3);
 
     BmpOptions core;
-    core.infoSize = 12; // the oldest header form
+    core.infoSize = 12;  // the oldest header form
     EXPECT_EQ(LoadBmpBytes(image, MakeBmp(core)), 3);
 
     BmpOptions odd;
@@ -180,7 +179,7 @@ TEST(BmpPicture, BadHeadersAreUnreadable)
     BmpOptions cut;
     cut.keepBytes = 30;
     EXPECT_EQ(LoadBmpBytes(image, MakeBmp(cut)), 3);
-    EXPECT_EQ(LoadBmpBytes(image, Bytes {}), 3);
+    EXPECT_EQ(LoadBmpBytes(image, Bytes{}), 3);
 }
 
 TEST(BmpPicture, MissingRowsAreUnreadableAndKeepTheSize)
@@ -189,8 +188,8 @@ TEST(BmpPicture, MissingRowsAreUnreadableAndKeepTheSize)
     BmpOptions options;
     options.width = 4;
     options.height = 3;
-    options.statedSize = 0; // the whole row block is asked for
-    options.keepBytes = 54 + 12 + 5; // one row and a bit
+    options.statedSize = 0;           // the whole row block is asked for
+    options.keepBytes = 54 + 12 + 5;  // one row and a bit
     Bytes bytes = MakeBmp(options);
     EXPECT_EQ(LoadBmpBytes(image, bytes), 3);
     EXPECT_EQ(image.GetWid(), 4);
@@ -204,10 +203,11 @@ TEST(BmpPicture, StatedSizeLimitsTheBytesRead)
     BmpOptions options;
     options.width = 4;
     options.height = 3;
-    options.statedSize = 54 + 12; // one row's worth after the offset
+    options.statedSize = 54 + 12;  // one row's worth after the offset
     ASSERT_EQ(LoadBmpBytes(image, MakeBmp(options)), 0);
     EXPECT_EQ(Pixel(image, 3, 0),
-        (std::vector<unsigned char> { PatternByte(3, 0, 0), PatternByte(3, 0, 1), PatternByte(3, 0, 2) }));
+              (std::vector<unsigned char>{PatternByte(3, 0, 0), PatternByte(3, 0, 1),
+                                          PatternByte(3, 0, 2)}));
     EXPECT_TRUE(IsAllZero(RowPixels(image, 1)));
     EXPECT_TRUE(IsAllZero(RowPixels(image, 2)));
 }
@@ -226,7 +226,7 @@ TEST(BmpPicture, RowsNotReadAreClearedInAReusedImage)
 
 TEST(BmpPicture, StatedSizeAtOrBelowTheOffsetReadsTheWholeBlock)
 {
-    for (int64_t stated : { int64_t(0), int64_t(54), int64_t(10) }) {
+    for (int64_t stated : {int64_t(0), int64_t(54), int64_t(10)}) {
         CDIB image(1, 1, 24);
         BmpOptions options;
         options.statedSize = stated;
@@ -262,23 +262,22 @@ TEST(BmpPicture, TargetWithoutHeaderIsRefused)
 {
     CDIB empty(0, 0, 24);
     ASSERT_EQ(empty.header, nullptr);
-    EXPECT_EQ(LoadBmpBytes(empty, MakeBmp(BmpOptions {})), 4);
+    EXPECT_EQ(LoadBmpBytes(empty, MakeBmp(BmpOptions{})), 4);
 }
 
 TEST(BmpPicture, RefusedCreateIsOutOfMemory)
 {
     SpyDIB image;
     image.fail = true;
-    EXPECT_EQ(LoadBmpBytes(image, MakeBmp(BmpOptions {})), 6);
+    EXPECT_EQ(LoadBmpBytes(image, MakeBmp(BmpOptions{})), 6);
     EXPECT_EQ(image.lastWidth, 3);
     EXPECT_EQ(image.lastHeight, 2);
     EXPECT_EQ(image.lastBits, 24);
 }
 
-} // namespace
+}  // namespace
 
-namespace
-{
+namespace {
 
 TEST(BmpPicture, EveryKeptMalformedFileIsRefusedWithItsCode)
 {
@@ -290,4 +289,4 @@ TEST(BmpPicture, EveryKeptMalformedFileIsRefusedWithItsCode)
     }
 }
 
-} // namespace
+}  // namespace

@@ -20,8 +20,7 @@
 #include "platform/picture/test_gif.h"
 #include "support/temp_dir.h"
 
-namespace pxtest
-{
+namespace pxtest {
 
 using Bytes = std::vector<unsigned char>;
 
@@ -49,7 +48,7 @@ inline void AppendText(Bytes& bytes, const char* text)
 // An FSpec in path form.
 inline FSpec PathSpec(const std::string& path)
 {
-    FSpec spec {};
+    FSpec spec{};
     spec.vRefNum = kPathFormMarker;
     spec.parID = kPathFormMarker;
     std::snprintf(spec.name, sizeof spec.name, "%s", path.c_str());
@@ -57,8 +56,8 @@ inline FSpec PathSpec(const std::string& path)
 }
 
 // Writes the bytes to a file of the folder and runs `read` on it through an open CPFile.
-inline int ReadThrough(const TempDir& dir, const Bytes& bytes, const std::function<int(CPFile*)>& read,
-    const char* name = "picture")
+inline int ReadThrough(const TempDir& dir, const Bytes& bytes,
+                       const std::function<int(CPFile*)>& read, const char* name = "picture")
 {
     std::string path = dir.File(name);
     if (!WriteBytes(path, bytes))
@@ -79,24 +78,25 @@ inline ::testing::AssertionResult HasPattern(const CDIB& image)
             for (int b = 0; b < pixelBytes; ++b)
                 if (image.GetBitsAdd(row)[x * pixelBytes + b] != PatternByte(x, row, b))
                     return ::testing::AssertionFailure()
-                        << "pixel " << x << " of storage row " << row << ", byte " << b << " is "
-                        << int(image.GetBitsAdd(row)[x * pixelBytes + b]) << ", not "
-                        << int(PatternByte(x, row, b));
+                           << "pixel " << x << " of storage row " << row << ", byte " << b << " is "
+                           << int(image.GetBitsAdd(row)[x * pixelBytes + b]) << ", not "
+                           << int(PatternByte(x, row, b));
     return ::testing::AssertionSuccess();
 }
 
 // The palette the test files carry: distinct in every channel.
 inline PaletteEntry FilePaletteEntry(int i)
 {
-    return PaletteEntry { static_cast<uint8_t>(i), static_cast<uint8_t>(255 - i),
-        static_cast<uint8_t>((i * 3) & 255), 0 };
+    return PaletteEntry{static_cast<uint8_t>(i), static_cast<uint8_t>(255 - i),
+                        static_cast<uint8_t>((i * 3) & 255), 0};
 }
 
 inline bool IsGreyRamp(const CDIB& image)
 {
     const PaletteEntry* palette = image.GetPalette();
     for (int i = 0; i < 256; ++i)
-        if (palette[i].blue != i || palette[i].green != i || palette[i].red != i || palette[i].reserved != 0)
+        if (palette[i].blue != i || palette[i].green != i || palette[i].red != i ||
+            palette[i].reserved != 0)
             return false;
     return true;
 }
@@ -108,28 +108,25 @@ struct BmpOptions {
     long height = 2;
     int bits = 24;
     uint32_t compression = 0;
-    uint32_t infoSize = 40; // the information header's own size field, and its true length
-    int64_t heightField = 0; // written instead of height when not 0 (negative: top-down)
-    int64_t widthField = 0; // written instead of width when not 0
+    uint32_t infoSize = 40;   // the information header's own size field, and its true length
+    int64_t heightField = 0;  // written instead of height when not 0 (negative: top-down)
+    int64_t widthField = 0;   // written instead of width when not 0
     uint32_t coloursUsed = 0;
-    long gap = 0; // bytes between the palette and the rows
-    int64_t statedSize = -1; // the file size field; -1: the true size
-    int64_t dataOffset = -1; // the offset field; -1: where the rows are
-    long keepBytes = -1; // cut the file to this many bytes when not -1
+    long gap = 0;             // bytes between the palette and the rows
+    int64_t statedSize = -1;  // the file size field; -1: the true size
+    int64_t dataOffset = -1;  // the offset field; -1: where the rows are
+    long keepBytes = -1;      // cut the file to this many bytes when not -1
 };
 
-inline long RowBytes(long width, int bits)
-{
-    return (width * (bits / 8) + 3) & ~3L;
-}
+inline long RowBytes(long width, int bits) { return (width * (bits / 8) + 3) & ~3L; }
 
 inline Bytes MakeBmp(const BmpOptions& o)
 {
     Bytes bytes;
     AppendText(bytes, "BM");
-    Append(bytes, 0, 4, false); // size, below
+    Append(bytes, 0, 4, false);  // size, below
     Append(bytes, 0, 4, false);
-    Append(bytes, 0, 4, false); // offset, below
+    Append(bytes, 0, 4, false);  // offset, below
     Append(bytes, o.infoSize, 4, false);
     Append(bytes, static_cast<uint32_t>(o.widthField != 0 ? o.widthField : o.width), 4, false);
     Append(bytes, static_cast<uint32_t>(o.heightField != 0 ? o.heightField : o.height), 4, false);
@@ -145,7 +142,7 @@ inline Bytes MakeBmp(const BmpOptions& o)
     if (o.bits == 8) {
         for (int i = 0; i < 256; ++i) {
             PaletteEntry entry = FilePaletteEntry(i);
-            bytes.insert(bytes.end(), { entry.blue, entry.green, entry.red, entry.reserved });
+            bytes.insert(bytes.end(), {entry.blue, entry.green, entry.red, entry.reserved});
         }
     }
     bytes.resize(bytes.size() + o.gap, 0xEE);
@@ -160,8 +157,10 @@ inline Bytes MakeBmp(const BmpOptions& o)
                     line[x * pixelBytes + b] = PatternByte(x, row, b);
         bytes.insert(bytes.end(), line.begin(), line.end());
     }
-    Put(bytes, 2, static_cast<uint32_t>(o.statedSize >= 0 ? o.statedSize : int64_t(bytes.size())), 4, false);
-    Put(bytes, 10, static_cast<uint32_t>(o.dataOffset >= 0 ? o.dataOffset : int64_t(rowsAt)), 4, false);
+    Put(bytes, 2, static_cast<uint32_t>(o.statedSize >= 0 ? o.statedSize : int64_t(bytes.size())),
+        4, false);
+    Put(bytes, 10, static_cast<uint32_t>(o.dataOffset >= 0 ? o.dataOffset : int64_t(rowsAt)), 4,
+        false);
     if (o.keepBytes >= 0)
         bytes.resize(o.keepBytes);
     return bytes;
@@ -222,24 +221,24 @@ struct TifOptions {
     long height = 5;
     int samples = 3;
     bool bigEndian = false;
-    long rowsPerStrip = 0; // 0: one strip, no rows-per-strip tag
-    int offsetType = 4; // 3: 16-bit strip offsets, 4: 32-bit
+    long rowsPerStrip = 0;  // 0: one strip, no rows-per-strip tag
+    int offsetType = 4;     // 3: 16-bit strip offsets, 4: 32-bit
     uint32_t compression = 1;
     bool samplesTag = true;
-    long dataGap = 0; // bytes between the header and the first strip
-    long stripCountExtra = 0; // strips listed beyond those the rows need (their offsets: 0)
-    long stripCountLess = 0; // strips the table leaves out
-    bool directoryLoop = false; // the next-directory offset points back at the directory
-    uint32_t heightTag = 0; // written instead of height when not 0
+    long dataGap = 0;            // bytes between the header and the first strip
+    long stripCountExtra = 0;    // strips listed beyond those the rows need (their offsets: 0)
+    long stripCountLess = 0;     // strips the table leaves out
+    bool directoryLoop = false;  // the next-directory offset points back at the directory
+    uint32_t heightTag = 0;      // written instead of height when not 0
     uint32_t widthTag = 0;
-    uint32_t samplesValue = 0; // written instead of samples when not 0
-    int64_t stripOffsetShift = 0; // added to every strip offset
+    uint32_t samplesValue = 0;     // written instead of samples when not 0
+    int64_t stripOffsetShift = 0;  // added to every strip offset
     long keepBytes = -1;
-    int bits = 8; // 8 or 16 (each pattern byte v written as the 16-bit v × 257)
-    bool bitsPerSampleList = false; // tag 258 lists one value per sample, not one for all
-    int bitsTag = -1; // written as tag 258 instead of `bits` when 0 or more; -2: no tag 258
-    int photometric = -1; // written as tag 262 instead of grey or RGB when 0 or more
-    bool planar = false; // planes stored apart (tag 284 = 2): one set of strips per sample
+    int bits = 8;                    // 8 or 16 (each pattern byte v written as the 16-bit v × 257)
+    bool bitsPerSampleList = false;  // tag 258 lists one value per sample, not one for all
+    int bitsTag = -1;      // written as tag 258 instead of `bits` when 0 or more; -2: no tag 258
+    int photometric = -1;  // written as tag 262 instead of grey or RGB when 0 or more
+    bool planar = false;   // planes stored apart (tag 284 = 2): one set of strips per sample
 };
 
 // Rows in file order are the picture's lines from the top, red first: file line i is storage
@@ -250,7 +249,7 @@ inline Bytes MakeTif(const TifOptions& o)
     Bytes bytes;
     AppendText(bytes, m ? "MM" : "II");
     Append(bytes, 42, 2, m);
-    Append(bytes, 0, 4, m); // directory offset, below
+    Append(bytes, 0, 4, m);  // directory offset, below
     bytes.resize(bytes.size() + o.dataGap, 0x55);
 
     const long strips = o.rowsPerStrip > 0 ? (o.height + o.rowsPerStrip - 1) / o.rowsPerStrip : 1;
@@ -278,7 +277,7 @@ inline Bytes MakeTif(const TifOptions& o)
     for (long s = static_cast<long>(stripData.size()) - 1; s >= 0; --s) {
         offsets[s] = static_cast<uint32_t>(bytes.size() + o.stripOffsetShift);
         bytes.insert(bytes.end(), stripData[s].begin(), stripData[s].end());
-        bytes.push_back(0x99); // a byte between strips: rows are never read across it
+        bytes.push_back(0x99);  // a byte between strips: rows are never read across it
     }
     const long listed = static_cast<long>(stripData.size()) + o.stripCountExtra - o.stripCountLess;
     offsets.resize(listed, 0);
@@ -299,7 +298,7 @@ inline Bytes MakeTif(const TifOptions& o)
     auto number = [m](uint32_t tag, uint32_t type, uint32_t value) {
         Bytes field(4, 0);
         Put(field, 0, value, type == 3 ? 2 : 4, m);
-        return Entry { tag, type, 1, field };
+        return Entry{tag, type, 1, field};
     };
     std::vector<Entry> entries;
     entries.push_back(number(256, 4, o.widthTag ? o.widthTag : static_cast<uint32_t>(o.width)));
@@ -316,16 +315,19 @@ inline Bytes MakeTif(const TifOptions& o)
                 Append(bytes, b == o.samples - 1 ? bitsValue : static_cast<uint32_t>(o.bits), 2, m);
         } else {
             for (int b = 0; b < o.samples; ++b) {
-                const uint32_t value = b == o.samples - 1 ? bitsValue : static_cast<uint32_t>(o.bits);
+                const uint32_t value =
+                    b == o.samples - 1 ? bitsValue : static_cast<uint32_t>(o.bits);
                 Put(field, static_cast<size_t>(b * 2), value, 2, m);
             }
         }
-        entries.push_back(Entry { 258, 3, static_cast<uint32_t>(o.samples), field });
+        entries.push_back(Entry{258, 3, static_cast<uint32_t>(o.samples), field});
     } else if (o.bitsTag != -2) {
         entries.push_back(number(258, 3, bitsValue));
     }
     entries.push_back(number(259, 3, o.compression));
-    const uint32_t model = o.photometric >= 0 ? static_cast<uint32_t>(o.photometric) : o.samples >= 3 ? 2 : 1;
+    const uint32_t model = o.photometric >= 0 ? static_cast<uint32_t>(o.photometric)
+                           : o.samples >= 3   ? 2
+                                              : 1;
     entries.push_back(number(262, 3, model));
     Bytes stripField(4, 0);
     if (listed * offsetBytes > 4)
@@ -334,9 +336,10 @@ inline Bytes MakeTif(const TifOptions& o)
         for (long s = 0; s < listed; ++s)
             Put(stripField, static_cast<size_t>(s * offsetBytes), offsets[s], offsetBytes, m);
     entries.push_back(
-        Entry { 273, static_cast<uint32_t>(o.offsetType), static_cast<uint32_t>(listed), stripField });
+        Entry{273, static_cast<uint32_t>(o.offsetType), static_cast<uint32_t>(listed), stripField});
     if (o.samplesTag)
-        entries.push_back(number(277, 3, o.samplesValue ? o.samplesValue : static_cast<uint32_t>(o.samples)));
+        entries.push_back(
+            number(277, 3, o.samplesValue ? o.samplesValue : static_cast<uint32_t>(o.samples)));
     if (o.rowsPerStrip > 0)
         entries.push_back(number(278, 4, static_cast<uint32_t>(o.rowsPerStrip)));
     if (o.planar)
@@ -370,7 +373,8 @@ inline Bytes PackBits(const Bytes& row)
         while (i + run < row.size() && run < 128 && row[i + run] == row[i])
             ++run;
         if (run >= 3) {
-            out.push_back(static_cast<unsigned char>(static_cast<signed char>(1 - static_cast<int>(run))));
+            out.push_back(
+                static_cast<unsigned char>(static_cast<signed char>(1 - static_cast<int>(run))));
             out.push_back(row[i]);
             i += run;
             continue;
@@ -384,7 +388,8 @@ inline Bytes PackBits(const Bytes& row)
             ++literal;
         }
         out.push_back(static_cast<unsigned char>(literal - 1));
-        out.insert(out.end(), row.begin() + static_cast<long>(start), row.begin() + static_cast<long>(i));
+        out.insert(out.end(), row.begin() + static_cast<long>(start),
+                   row.begin() + static_cast<long>(i));
     }
     return out;
 }
@@ -395,15 +400,15 @@ struct PsdOptions {
     long width = 3;
     long height = 2;
     int channels = 3;
-    int mode = 3; // 1 grey, 2 indexed, 3 RGB, 4 CMYK
+    int mode = 3;  // 1 grey, 2 indexed, 3 RGB, 4 CMYK
     int channelBits = 8;
     int version = 1;
-    int compression = 0; // 0 raw, 1 packed
-    bool littleEndian = false; // "SPB8" with every number the other way round
-    long colourDataLength = -1; // -1: 768 for indexed pictures, 0 otherwise
+    int compression = 0;         // 0 raw, 1 packed
+    bool littleEndian = false;   // "SPB8" with every number the other way round
+    long colourDataLength = -1;  // -1: 768 for indexed pictures, 0 otherwise
     long resourcesLength = 12;
     long layersLength = 20;
-    uint32_t widthField = 0; // written instead of width when not 0
+    uint32_t widthField = 0;  // written instead of width when not 0
     uint32_t heightField = 0;
     long keepBytes = -1;
     // Changes the packed rows before they are written (the row's index is channel × height +
@@ -417,7 +422,7 @@ inline unsigned char PsdSample(const PsdOptions& o, int channel, long x, long r)
 {
     long row = o.height - 1 - r;
     if (o.mode == 3) {
-        static const int kByteOf[4] = { 2, 1, 0, 3 };
+        static const int kByteOf[4] = {2, 1, 0, 3};
         return PatternByte(x, row, channel < 4 ? kByteOf[channel] : 0);
     }
     return PatternByte(x, row, channel);
@@ -441,10 +446,10 @@ inline Bytes MakePsd(const PsdOptions& o)
         // 256 reds, 256 greens, 256 blues of FilePaletteEntry; anything after them is junk.
         long channel = i / 256;
         PaletteEntry entry = FilePaletteEntry(static_cast<int>(i % 256));
-        unsigned char value = channel == 0 ? entry.red
-            : channel == 1                 ? entry.green
-            : channel == 2                 ? entry.blue
-                                           : 0xAB;
+        unsigned char value = channel == 0   ? entry.red
+                              : channel == 1 ? entry.green
+                              : channel == 2 ? entry.blue
+                                             : 0xAB;
         bytes.push_back(value);
     }
     Append(bytes, static_cast<uint32_t>(o.resourcesLength), 4, m);
@@ -500,4 +505,4 @@ inline std::vector<MalformedFile> MalformedFiles(const std::string& format)
     return files;
 }
 
-} // namespace pxtest
+}  // namespace pxtest

@@ -17,8 +17,7 @@
 #include "image/picture_files.h"
 #include "platform/dialog/message_box.h"
 
-namespace
-{
+namespace {
 
 using namespace pxtest;
 
@@ -35,8 +34,9 @@ QImage Picture()
 // Blue, green, red, alpha of picture pixel (x, y), y from the top.
 Bytes PicturePixel(int x, int y, bool alpha)
 {
-    return Bytes { static_cast<unsigned char>(250 - 40 * x), static_cast<unsigned char>(70 * y + 9),
-        static_cast<unsigned char>(30 * x + 5), static_cast<unsigned char>(alpha ? 100 + 70 * y : 255) };
+    return Bytes{static_cast<unsigned char>(250 - 40 * x), static_cast<unsigned char>(70 * y + 9),
+                 static_cast<unsigned char>(30 * x + 5),
+                 static_cast<unsigned char>(alpha ? 100 + 70 * y : 255)};
 }
 
 // The picture as a GIF (Qt does not write GIF): one table entry per pixel, so exact.
@@ -47,7 +47,7 @@ std::string SaveGif(const TempDir& dir, const char* name)
     for (int y = 0; y < 3; ++y)
         for (int x = 0; x < 4; ++x) {
             Bytes want = PicturePixel(x, y, false);
-            table.insert(table.end(), { want[2], want[1], want[0] });
+            table.insert(table.end(), {want[2], want[1], want[0]});
             indices.push_back(static_cast<unsigned char>(indices.size()));
         }
     std::string path = dir.File(name);
@@ -55,7 +55,8 @@ std::string SaveGif(const TempDir& dir, const char* name)
     return path;
 }
 
-std::string SaveWithQt(const TempDir& dir, const QImage& image, const char* name, const char* format)
+std::string SaveWithQt(const TempDir& dir, const QImage& image, const char* name,
+                       const char* format)
 {
     std::string path = dir.File(name);
     EXPECT_TRUE(image.save(QString::fromStdString(path), format)) << name;
@@ -88,18 +89,19 @@ TEST(ImportedPicture, LoadHandsJpegPngAndGifToTheImporter)
 {
     TempDir dir;
     QImage opaque = Picture().convertToFormat(QImage::Format_RGB32);
-    for (const char* format : { "PNG", "GIF", "JPEG" }) {
+    for (const char* format : {"PNG", "GIF", "JPEG"}) {
         std::string name = std::string("picture.") + format;
-        std::string path = std::string(format) == "GIF" ? SaveGif(dir, name.c_str())
-                                                        : SaveWithQt(dir, opaque, name.c_str(), format);
+        std::string path = std::string(format) == "GIF"
+                               ? SaveGif(dir, name.c_str())
+                               : SaveWithQt(dir, opaque, name.c_str(), format);
         CDIB image(1, 1, 24);
         ASSERT_EQ(LoadThroughFile(image, path), 0) << format;
         EXPECT_EQ(image.GetBitCount(), 32) << format;
         EXPECT_EQ(image.GetWid(), 4);
         EXPECT_EQ(image.GetHgt(), 3);
-        Bytes pixel = Pixel(image, 1, 2); // top line
+        Bytes pixel = Pixel(image, 1, 2);  // top line
         Bytes want = PicturePixel(1, 0, false);
-        int slack = std::string(format) == "JPEG" ? 48 : 0; // a 4 x 3 JPEG keeps only rough colour
+        int slack = std::string(format) == "JPEG" ? 48 : 0;  // a 4 x 3 JPEG keeps only rough colour
         for (int b = 0; b < 3; ++b)
             EXPECT_LE(std::abs(pixel[b] - want[b]), slack) << format << " byte " << b;
         EXPECT_EQ(pixel[3], 255) << format;
@@ -161,7 +163,7 @@ TEST(ImportedPicture, FileKnownOnlyByItsNumberIsReadThroughMemory)
     ASSERT_EQ(adopted.GetFSpec()->name[0], '\0');
     CDIB image(1, 1, 24);
     int result = MacLoadPict(&image, &adopted);
-    adopted.SetFileNum(0); // the file stays with `opened`
+    adopted.SetFileNum(0);  // the file stays with `opened`
     ASSERT_EQ(result, 0);
     EXPECT_EQ(Pixel(image, 3, 0), PicturePixel(3, 2, true));
 }
@@ -205,10 +207,10 @@ TEST(BuiltInPicture, PlaceholderIsAThirtyTwoBitPicture)
     EXPECT_EQ(image.GetHgt(), 240);
     EXPECT_EQ(image.GetBitCount(), 32);
     // The frame's grey in both corners, the top line at the highest storage row.
-    EXPECT_EQ(Pixel(image, 2, 239), (Bytes { 96, 96, 96, 255 }));
-    EXPECT_EQ(Pixel(image, 317, 0), (Bytes { 96, 96, 96, 255 }));
+    EXPECT_EQ(Pixel(image, 2, 239), (Bytes{96, 96, 96, 255}));
+    EXPECT_EQ(Pixel(image, 317, 0), (Bytes{96, 96, 96, 255}));
     // The sky above the camera, between the cross's arms.
-    EXPECT_EQ(Pixel(image, 160, 219), (Bytes { 200, 200, 200, 255 }));
+    EXPECT_EQ(Pixel(image, 160, 219), (Bytes{200, 200, 200, 255}));
 }
 
 TEST(BuiltInPicture, UnknownNumberLeavesTheImageAlone)
@@ -245,4 +247,4 @@ TEST(JpegPictureLibrary, IsNotPartOfTheProgram)
     EXPECT_EQ(image.GetBitCount(), 32);
 }
 
-} // namespace
+}  // namespace

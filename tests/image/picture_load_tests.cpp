@@ -1,9 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
 #include <cstring>
 #include <memory>
 #include <string>
-#include <sys/stat.h>
 #include <vector>
 
 #include "image/cdib.h"
@@ -13,8 +13,7 @@
 #include "platform/dialog/message_box.h"
 #include "platform/file/paths.h"
 
-namespace
-{
+namespace {
 
 using namespace pxtest;
 
@@ -38,14 +37,14 @@ FileLoad LoadFile(CDIB& image, const Bytes& bytes, bool showErrors)
     FSpec spec = PathSpec(path);
     ClearMessageBoxScript();
     int result = image.Load(&spec, nullptr, showErrors);
-    return FileLoad { result, TakeShownMessageBoxes() };
+    return FileLoad{result, TakeShownMessageBoxes()};
 }
 
 // The placeholder: built-in picture 133, 320 x 240, 32 bits, opaque.
 bool IsPlaceholder(const CDIB& image)
 {
-    return image.GetWid() == 320 && image.GetHgt() == 240 && image.GetBitCount() == 32
-        && image.GetBitsAdd(0)[3] == 255;
+    return image.GetWid() == 320 && image.GetHgt() == 240 && image.GetBitCount() == 32 &&
+           image.GetBitsAdd(0)[3] == 255;
 }
 
 // ---- Load(CPFile*): the format is told by the first bytes ----------------------------------
@@ -67,7 +66,7 @@ TEST(LoadPicture, PhotoshopSignatureGoesToThePhotoshopReader)
 
 TEST(LoadPicture, ByteOrderMarksGoToTheTiffReader)
 {
-    for (bool bigEndian : { false, true }) {
+    for (bool bigEndian : {false, true}) {
         CDIB image(1, 1, 24);
         TifOptions options;
         options.bigEndian = bigEndian;
@@ -91,22 +90,23 @@ TEST(LoadPicture, ByteOrderMarksGoToTheTiffReader)
                 const unsigned char want = b == 3 ? 255 : PatternByte(x, row, b);
                 if (image.GetBitsAdd(row)[x * 4 + b] != want)
                     return ::testing::AssertionFailure()
-                        << "pixel " << x << " of storage row " << row << ", byte " << b;
+                           << "pixel " << x << " of storage row " << row << ", byte " << b;
             }
     return ::testing::AssertionSuccess();
 }
 
 TEST(LoadPicture, TiffTheReaderRefusesGoesToThePlatformImporter)
 {
-    for (bool bigEndian : { false, true }) {
+    for (bool bigEndian : {false, true}) {
         CDIB planes(1, 1, 24);
-        ASSERT_EQ(LoadBytes(planes, MakeTif(TifOptions { .bigEndian = bigEndian, .planar = true })), 0);
+        ASSERT_EQ(LoadBytes(planes, MakeTif(TifOptions{.bigEndian = bigEndian, .planar = true})),
+                  0);
         EXPECT_EQ(planes.GetWid(), 3);
         EXPECT_EQ(planes.GetHgt(), 5);
         EXPECT_TRUE(HasImportedPattern(planes));
 
         CDIB deep(1, 1, 24);
-        ASSERT_EQ(LoadBytes(deep, MakeTif(TifOptions { .bigEndian = bigEndian, .bits = 16 })), 0);
+        ASSERT_EQ(LoadBytes(deep, MakeTif(TifOptions{.bigEndian = bigEndian, .bits = 16})), 0);
         EXPECT_TRUE(HasImportedPattern(deep));
     }
 }
@@ -115,12 +115,12 @@ TEST(LoadPicture, TiffNeitherReaderNorImporterTakesGivesTheReadersCode)
 {
     CDIB image(1, 1, 24);
     // A palette picture whose rows lie past the end of the file.
-    const TifOptions brokenPalette { .samples = 1, .stripOffsetShift = 100000, .photometric = 3 };
+    const TifOptions brokenPalette{.samples = 1, .stripOffsetShift = 100000, .photometric = 3};
     EXPECT_EQ(LoadBytes(image, MakeTif(brokenPalette)), 3);
     // CMYK claimed for three samples.
-    EXPECT_EQ(LoadBytes(image, MakeTif(TifOptions { .photometric = 5 })), 3);
+    EXPECT_EQ(LoadBytes(image, MakeTif(TifOptions{.photometric = 5})), 3);
     // Too wide for either.
-    EXPECT_EQ(LoadBytes(image, MakeTif(TifOptions { .widthTag = 9000 })), 2);
+    EXPECT_EQ(LoadBytes(image, MakeTif(TifOptions{.widthTag = 9000})), 2);
 }
 
 TEST(LoadPicture, BmOrMbGoesToTheBmpReader)
@@ -153,9 +153,9 @@ TEST(LoadPicture, EverythingElseIsTriedAsTarga)
 TEST(LoadPicture, WhatNoReaderTakesIsUnreadable)
 {
     CDIB image(1, 1, 24);
-    EXPECT_EQ(LoadBytes(image, Bytes { 'h', 'e', 'l', 'l', 'o' }), 3);
+    EXPECT_EQ(LoadBytes(image, Bytes{'h', 'e', 'l', 'l', 'o'}), 3);
     EXPECT_EQ(LoadBytes(image, Bytes(100, 0x41)), 3);
-    EXPECT_EQ(LoadBytes(image, Bytes {}), 3);
+    EXPECT_EQ(LoadBytes(image, Bytes{}), 3);
     // A run-length Targa: the Targa reader refuses it and so does the platform.
     TgaOptions options;
     options.type = 10;
@@ -165,7 +165,7 @@ TEST(LoadPicture, WhatNoReaderTakesIsUnreadable)
 TEST(LoadPicture, TargetWithoutHeaderIsRefused)
 {
     CDIB empty(0, 0, 24);
-    EXPECT_EQ(LoadBytes(empty, MakeBmp(BmpOptions {})), 4);
+    EXPECT_EQ(LoadBytes(empty, MakeBmp(BmpOptions{})), 4);
     EXPECT_EQ(LoadBytes(empty, Bytes(100, 0x41)), 4);
 }
 
@@ -174,7 +174,7 @@ TEST(LoadPicture, TargetWithoutHeaderIsRefused)
 TEST(LoadPictureFile, LoadedFileAnswersOneAndShowsNothing)
 {
     CDIB image(1, 1, 24);
-    FileLoad load = LoadFile(image, MakeBmp(BmpOptions {}), true);
+    FileLoad load = LoadFile(image, MakeBmp(BmpOptions{}), true);
     EXPECT_EQ(load.result, 1);
     EXPECT_TRUE(load.boxes.empty());
     EXPECT_TRUE(HasPattern(image));
@@ -187,9 +187,7 @@ struct Refusal {
     const char* shown;
 };
 
-class LoadRefusal : public ::testing::TestWithParam<Refusal>
-{
-};
+class LoadRefusal : public ::testing::TestWithParam<Refusal> {};
 
 TEST_P(LoadRefusal, ShowsTheMessageOfItsCode)
 {
@@ -204,31 +202,35 @@ TEST_P(LoadRefusal, ShowsTheMessageOfItsCode)
     EXPECT_EQ(load.boxes[0].code, numbered ? refusal.code : kNoErrorNumber);
 }
 
-INSTANTIATE_TEST_SUITE_P(LoadPictureFile, LoadRefusal,
-    ::testing::Values(Refusal { "FourBitBmp", [] { return MakeBmp(BmpOptions { .bits = 4 }); }, 5,
-                          "Images must have 256 colors or more" },
-        Refusal { "Rle8Bmp", [] { return MakeBmp(BmpOptions { .bits = 8, .compression = 1 }); }, 1,
-            "Can't read compressed images" },
-        Refusal { "WideBmp", [] { return MakeBmp(BmpOptions { .widthField = 9000 }); }, 2,
-            "Images must be smaller than 8192 pixels" },
-        Refusal { "LzwTiff", [] { return MakeTif(TifOptions { .compression = 5 }); }, 1,
-            "Can't read compressed images" },
-        Refusal { "BrokenPaletteTiff",
-            [] { return MakeTif(TifOptions { .samples = 1, .stripOffsetShift = 100000, .photometric = 3 }); },
-            3,
-            "Can't read image file  [ 3 ]" },
-        Refusal { "CmykPsd", [] { return MakePsd(PsdOptions { .channels = 4, .mode = 4 }); }, 3,
-            "Can't read image file  [ 3 ]" },
-        Refusal { "ShortBmp", [] { return MakeBmp(BmpOptions { .keepBytes = 60 }); }, 3,
-            "Can't read image file  [ 3 ]" },
-        Refusal { "NotAPicture", [] { return Bytes(64, 0x41); }, 3, "Can't read image file  [ 3 ]" }),
+INSTANTIATE_TEST_SUITE_P(
+    LoadPictureFile, LoadRefusal,
+    ::testing::Values(
+        Refusal{"FourBitBmp", [] { return MakeBmp(BmpOptions{.bits = 4}); }, 5,
+                "Images must have 256 colors or more"},
+        Refusal{"Rle8Bmp", [] { return MakeBmp(BmpOptions{.bits = 8, .compression = 1}); }, 1,
+                "Can't read compressed images"},
+        Refusal{"WideBmp", [] { return MakeBmp(BmpOptions{.widthField = 9000}); }, 2,
+                "Images must be smaller than 8192 pixels"},
+        Refusal{"LzwTiff", [] { return MakeTif(TifOptions{.compression = 5}); }, 1,
+                "Can't read compressed images"},
+        Refusal{"BrokenPaletteTiff",
+                [] {
+                    return MakeTif(
+                        TifOptions{.samples = 1, .stripOffsetShift = 100000, .photometric = 3});
+                },
+                3, "Can't read image file  [ 3 ]"},
+        Refusal{"CmykPsd", [] { return MakePsd(PsdOptions{.channels = 4, .mode = 4}); }, 3,
+                "Can't read image file  [ 3 ]"},
+        Refusal{"ShortBmp", [] { return MakeBmp(BmpOptions{.keepBytes = 60}); }, 3,
+                "Can't read image file  [ 3 ]"},
+        Refusal{"NotAPicture", [] { return Bytes(64, 0x41); }, 3, "Can't read image file  [ 3 ]"}),
     [](const ::testing::TestParamInfo<Refusal>& info) { return std::string(info.param.what); });
 
 TEST(LoadPictureFile, OutOfMemoryHasItsOwnMessage)
 {
     SpyDIB image;
     image.fail = true;
-    FileLoad load = LoadFile(image, MakeBmp(BmpOptions {}), true);
+    FileLoad load = LoadFile(image, MakeBmp(BmpOptions{}), true);
     EXPECT_EQ(load.result, 0);
     ASSERT_EQ(load.boxes.size(), 1u);
     EXPECT_EQ(load.boxes[0].shownText, "Not enough memory to load image");
@@ -238,7 +240,7 @@ TEST(LoadPictureFile, OutOfMemoryHasItsOwnMessage)
 TEST(LoadPictureFile, TargetWithoutHeaderShowsItsNumber)
 {
     CDIB empty(0, 0, 24);
-    FileLoad load = LoadFile(empty, MakeBmp(BmpOptions {}), true);
+    FileLoad load = LoadFile(empty, MakeBmp(BmpOptions{}), true);
     EXPECT_EQ(load.result, 0);
     ASSERT_EQ(load.boxes.size(), 1u);
     EXPECT_EQ(load.boxes[0].shownText, "Can't read image file  [ 4 ]");
@@ -273,7 +275,7 @@ TEST(LoadPictureFile, MissingFileBecomesThePlaceholderSilently)
 TEST(LoadPictureFile, UnreadableFileBecomesThePlaceholderSilently)
 {
     CDIB image(2, 2, 24);
-    FileLoad load = LoadFile(image, MakeBmp(BmpOptions { .bits = 4 }), false);
+    FileLoad load = LoadFile(image, MakeBmp(BmpOptions{.bits = 4}), false);
     EXPECT_EQ(load.result, 2);
     EXPECT_TRUE(load.boxes.empty());
     EXPECT_TRUE(IsPlaceholder(image));
@@ -283,7 +285,7 @@ TEST(LoadPictureFile, SameNameInTheAlternativeFolderIsTried)
 {
     TempDir original;
     TempDir moved;
-    ASSERT_TRUE(WriteBytes(moved.File("beach.tga"), MakeTga(TgaOptions { .width = 4 })));
+    ASSERT_TRUE(WriteBytes(moved.File("beach.tga"), MakeTga(TgaOptions{.width = 4})));
     FSpec file = PathSpec(original.File("beach.tga"));
     FSpec folder = PathSpec(moved.Path());
     CDIB image(1, 1, 24);
@@ -299,7 +301,7 @@ TEST(LoadPictureFile, SameNameInTheAlternativeFolderIsTried)
     EXPECT_EQ(again.Load(&file, &withSlash, true), 1);
     NativeFileRef ref;
     GetFSSpecFromPath(moved.Path().c_str(), &ref);
-    FSpec native {};
+    FSpec native{};
     native.vRefNum = ref.vRefNum;
     native.parID = ref.parID;
     std::snprintf(native.name, sizeof native.name, "%s", ref.name);
@@ -311,11 +313,11 @@ TEST(LoadPictureFile, SameNameInTheAlternativeFolderIsTried)
 TEST(LoadPictureFile, EmptyAlternativeFolderIsNotTried)
 {
     TempDir dir;
-    ASSERT_TRUE(WriteBytes(dir.File("beach.tga"), MakeTga(TgaOptions {})));
+    ASSERT_TRUE(WriteBytes(dir.File("beach.tga"), MakeTga(TgaOptions{})));
     // The file's leaf exists in the current folder's sense only through the alternative; an
     // empty alternative name must not turn into "/beach.tga" or "beach.tga".
     FSpec file = PathSpec(dir.File("elsewhere/beach.tga"));
-    FSpec folder {};
+    FSpec folder{};
     folder.vRefNum = kPathFormMarker;
     folder.parID = kPathFormMarker;
     CDIB image(1, 1, 24);
@@ -345,7 +347,7 @@ TEST(LoadPictureFile, NameFillingItsWholeRecordIsReadOnlyWithinIt)
     // name does: "pic.tga" ends as "pic.tg"). The record sits at the very end of its block, so a
     // read past it is caught.
     TempDir moved;
-    ASSERT_TRUE(WriteBytes(moved.File("pic.tg"), MakeTga(TgaOptions { .width = 3 })));
+    ASSERT_TRUE(WriteBytes(moved.File("pic.tg"), MakeTga(TgaOptions{.width = 3})));
     auto file = std::make_unique<FSpec>();
     file->vRefNum = kPathFormMarker;
     file->parID = kPathFormMarker;
@@ -385,7 +387,7 @@ TEST(LoadPictureFile, HostTimelineReplacesTheFile)
     EXPECT_EQ(GetSourceImage(&image), 0) << "no provider, no picture";
 }
 
-} // namespace
+}  // namespace
 
 namespace {
 
@@ -394,7 +396,7 @@ TEST(LoadPictureFile, PipeAndFolderAreRefusedAtOnceWithTheOpenMessage)
     TempDir dir;
     std::string pipe = dir.File("pipe.tga");
     ASSERT_EQ(mkfifo(pipe.c_str(), 0666), 0);
-    for (const std::string& path : { pipe, dir.Path() }) {
+    for (const std::string& path : {pipe, dir.Path()}) {
         CDIB image(2, 2, 24);
         FSpec spec = PathSpec(path);
         ClearMessageBoxScript();

@@ -6,8 +6,7 @@
 #include "image/cdib_pixels.h"
 #include "image/picture_files.h"
 
-namespace
-{
+namespace {
 
 using namespace pxtest;
 
@@ -23,10 +22,10 @@ int LoadPsdBytes(CDIB& image, const Bytes& bytes)
     int pixelBytes = image.GetBitCount() / 8;
     for (long r = 0; r < o.height; ++r)
         for (long x = 0; x < o.width; ++x) {
-            const unsigned char* pixel
-                = image.GetBitsAdd(static_cast<int>(o.height - 1 - r)) + x * pixelBytes;
+            const unsigned char* pixel =
+                image.GetBitsAdd(static_cast<int>(o.height - 1 - r)) + x * pixelBytes;
             unsigned char value = PsdSample(o, 0, x, r);
-            unsigned char want[3] = { value, value, value };
+            unsigned char want[3] = {value, value, value};
             if (o.mode == 2) {
                 PaletteEntry entry = FilePaletteEntry(value);
                 want[0] = entry.blue;
@@ -36,7 +35,7 @@ int LoadPsdBytes(CDIB& image, const Bytes& bytes)
             for (int b = 0; b < 3; ++b)
                 if (pixel[b] != want[b])
                     return ::testing::AssertionFailure()
-                        << "file row " << r << " pixel " << x << " byte " << b;
+                           << "file row " << r << " pixel " << x << " byte " << b;
         }
     return ::testing::AssertionSuccess();
 }
@@ -50,15 +49,13 @@ struct PsdCase {
 
 std::string CaseName(const ::testing::TestParamInfo<PsdCase>& info)
 {
-    static const char* kModes[] = { "Bitmap", "Grey", "Indexed", "Rgb" };
+    static const char* kModes[] = {"Bitmap", "Grey", "Indexed", "Rgb"};
     const PsdCase& c = info.param;
-    return std::string(kModes[c.mode]) + std::to_string(c.channels)
-        + (c.compression == 1 ? "_Packed" : "_Raw") + (c.littleEndian ? "_Swapped" : "");
+    return std::string(kModes[c.mode]) + std::to_string(c.channels) +
+           (c.compression == 1 ? "_Packed" : "_Raw") + (c.littleEndian ? "_Swapped" : "");
 }
 
-class PsdLayout : public ::testing::TestWithParam<PsdCase>
-{
-};
+class PsdLayout : public ::testing::TestWithParam<PsdCase> {};
 
 TEST_P(PsdLayout, ReadsTheFlattenedPicture)
 {
@@ -76,22 +73,23 @@ TEST_P(PsdLayout, ReadsTheFlattenedPicture)
     EXPECT_EQ(image.GetHgt(), 4);
     EXPECT_EQ(image.GetBitCount(), c.channels >= 4 ? 32 : 24);
     if (c.mode == 3 && c.channels >= 3) {
-        EXPECT_TRUE(HasPattern(image)); // alpha too when there are four channels
+        EXPECT_TRUE(HasPattern(image));  // alpha too when there are four channels
     } else {
         EXPECT_TRUE(HasColoursOf(image, options));
     }
 }
 
 INSTANTIATE_TEST_SUITE_P(PsdPicture, PsdLayout,
-    ::testing::Values(PsdCase { 1, 1, 0 }, PsdCase { 1, 1, 1 }, PsdCase { 1, 2, 0 }, PsdCase { 1, 2, 1 },
-        PsdCase { 2, 1, 0 }, PsdCase { 2, 1, 1 }, PsdCase { 3, 3, 0 }, PsdCase { 3, 3, 1 },
-        PsdCase { 3, 4, 0 }, PsdCase { 3, 4, 1 }, PsdCase { 3, 5, 0 }, PsdCase { 3, 5, 1 },
-        PsdCase { 3, 3, 0, true }, PsdCase { 3, 4, 1, true }),
-    CaseName);
+                         ::testing::Values(PsdCase{1, 1, 0}, PsdCase{1, 1, 1}, PsdCase{1, 2, 0},
+                                           PsdCase{1, 2, 1}, PsdCase{2, 1, 0}, PsdCase{2, 1, 1},
+                                           PsdCase{3, 3, 0}, PsdCase{3, 3, 1}, PsdCase{3, 4, 0},
+                                           PsdCase{3, 4, 1}, PsdCase{3, 5, 0}, PsdCase{3, 5, 1},
+                                           PsdCase{3, 3, 0, true}, PsdCase{3, 4, 1, true}),
+                         CaseName);
 
 TEST(PsdPicture, CmykAndLaterModesAreUnreadable)
 {
-    for (int mode : { 4, 7, 8, 9 }) {
+    for (int mode : {4, 7, 8, 9}) {
         CDIB image(1, 1, 24);
         PsdOptions options;
         options.mode = mode;
@@ -169,7 +167,7 @@ TEST(PsdPicture, ShortPaletteLeavesTheRestBlack)
     options.channels = 1;
     options.width = 1;
     options.height = 1;
-    options.colourDataLength = 300; // all reds, a few greens, no blues
+    options.colourDataLength = 300;  // all reds, a few greens, no blues
     ASSERT_EQ(LoadPsdBytes(image, MakePsd(options)), 0);
     unsigned char index = PsdSample(options, 0, 0, 0);
     PaletteEntry entry = FilePaletteEntry(index);
@@ -192,10 +190,10 @@ TEST(PsdPicture, ImageResourcesAndLayersAreSkippedByLength)
 TEST(PsdPicture, SectionsRunningOffTheFileAreUnreadable)
 {
     CDIB image(1, 1, 24);
-    Bytes bytes = MakePsd(PsdOptions {});
-    Put(bytes, 30, 0xFFFFFFF0, 4, true); // the image resources' length
+    Bytes bytes = MakePsd(PsdOptions{});
+    Put(bytes, 30, 0xFFFFFFF0, 4, true);  // the image resources' length
     EXPECT_EQ(LoadPsdBytes(image, bytes), 3);
-    for (long keep : { 0L, 20L, 29L, 33L, 40L, 80L }) {
+    for (long keep : {0L, 20L, 29L, 33L, 40L, 80L}) {
         PsdOptions options;
         options.keepBytes = keep;
         EXPECT_EQ(LoadPsdBytes(image, MakePsd(options)), 3) << keep;
@@ -223,7 +221,7 @@ TEST(PsdPicture, PackedRowThatDecodesLongIsCutToTheRow)
     options.width = 6;
     options.editPackedRow = [](long index, Bytes& row) {
         if (index == 1)
-            row.insert(row.end(), { 0xF0, 0x66, 2, 1, 2, 3 }); // seventeen bytes too many
+            row.insert(row.end(), {0xF0, 0x66, 2, 1, 2, 3});  // seventeen bytes too many
     };
     ASSERT_EQ(LoadPsdBytes(image, MakePsd(options)), 0);
     EXPECT_TRUE(HasPattern(image));
@@ -236,7 +234,7 @@ TEST(PsdPicture, PackedRowCountsBeyondTheFileAreUnreadable)
     options.compression = 1;
     options.editPackedRow = [](long index, Bytes& row) {
         if (index == 0)
-            row.resize(60000, 0x80); // a count the rest of the file cannot back
+            row.resize(60000, 0x80);  // a count the rest of the file cannot back
     };
     Bytes bytes = MakePsd(options);
     bytes.resize(bytes.size() - 59000);
@@ -246,7 +244,7 @@ TEST(PsdPicture, PackedRowCountsBeyondTheFileAreUnreadable)
 TEST(PsdPicture, TargetWithoutHeaderIsRefused)
 {
     CDIB empty(0, 0, 24);
-    EXPECT_EQ(LoadPsdBytes(empty, MakePsd(PsdOptions {})), 4);
+    EXPECT_EQ(LoadPsdBytes(empty, MakePsd(PsdOptions{})), 4);
 }
 
 TEST(PsdPicture, RefusedCreateIsOutOfMemory)
@@ -259,10 +257,9 @@ TEST(PsdPicture, RefusedCreateIsOutOfMemory)
     EXPECT_EQ(image.lastBits, 32);
 }
 
-} // namespace
+}  // namespace
 
-namespace
-{
+namespace {
 
 TEST(PsdPicture, EveryKeptMalformedFileIsRefusedWithItsCode)
 {
@@ -274,4 +271,4 @@ TEST(PsdPicture, EveryKeptMalformedFileIsRefusedWithItsCode)
     }
 }
 
-} // namespace
+}  // namespace

@@ -10,11 +10,10 @@
 #include "image/picture_files.h"
 #include "platform/base/file_types.h"
 #include "platform/base/replace_file.h"
-#include "support/file_size_limit.h"
 #include "platform/dialog/message_box.h"
+#include "support/file_size_limit.h"
 
-namespace
-{
+namespace {
 
 using namespace pxtest;
 
@@ -31,11 +30,9 @@ Bytes SaveBytes(CDIB& image, int format, bool* result = nullptr)
     return ReadBytes(dir.File("out"));
 }
 
-class Patterned : public CDIB
-{
+class Patterned : public CDIB {
 public:
-    Patterned(long width, long height, int bits)
-        : CDIB(width, height, bits)
+    Patterned(long width, long height, int bits) : CDIB(width, height, bits)
     {
         FillPattern(*this);
         if (bits == 8)
@@ -52,8 +49,8 @@ uint32_t LittleEndianAt(const Bytes& bytes, size_t at, int count)
     return value;
 }
 
-template <typename T> class SavePictureDepth : public ::testing::Test
-{
+template <typename T>
+class SavePictureDepth : public ::testing::Test {
 };
 TYPED_TEST_SUITE(SavePictureDepth, AllDepths, DepthNames);
 
@@ -109,7 +106,8 @@ TYPED_TEST(SavePictureDepth, BmpHeaderFieldsAndLength)
     EXPECT_EQ(LittleEndianAt(bytes, 6, 4), 0u);
     EXPECT_EQ(LittleEndianAt(bytes, 10, 4), 54 + 3 * entries);
     EXPECT_EQ(std::memcmp(bytes.data() + 14, image.header, 40), 0) << "the header as held";
-    EXPECT_EQ(std::memcmp(bytes.data() + 54 + 4 * entries, image.bits, static_cast<size_t>(rowBlock)), 0);
+    EXPECT_EQ(
+        std::memcmp(bytes.data() + 54 + 4 * entries, image.bits, static_cast<size_t>(rowBlock)), 0);
     if (entries > 0) {
         EXPECT_EQ(std::memcmp(bytes.data() + 54, image.GetPalette(), 1024), 0);
     }
@@ -137,17 +135,17 @@ TEST(SaveBmpPicture, EightBitFileReadsBackFromTheStatedOffset)
     Bytes rows = AllRows(back);
     Bytes want(bytes.begin() + 822, bytes.begin() + 822 + 16 * 20);
     EXPECT_EQ(rows, want);
-    EXPECT_EQ(std::memcmp(rows.data(), reinterpret_cast<unsigned char*>(image.GetPalette()) + 768, 256), 0);
+    EXPECT_EQ(
+        std::memcmp(rows.data(), reinterpret_cast<unsigned char*>(image.GetPalette()) + 768, 256),
+        0);
     EXPECT_EQ(std::memcmp(rows.data() + 256, image.bits, 16 * 20 - 256), 0);
 }
 
-class BmpRoundTrip : public ::testing::TestWithParam<int>
-{
-};
+class BmpRoundTrip : public ::testing::TestWithParam<int> {};
 
 TEST_P(BmpRoundTrip, ReadsBackEqual)
 {
-    for (long width : { 1L, 3L, 6L }) {
+    for (long width : {1L, 3L, 6L}) {
         Patterned image(width, 3, GetParam());
         TempDir dir;
         Bytes bytes = SaveBytes(image, 0);
@@ -159,7 +157,9 @@ TEST_P(BmpRoundTrip, ReadsBackEqual)
 }
 
 INSTANTIATE_TEST_SUITE_P(SaveBmpPicture, BmpRoundTrip, ::testing::Values(16, 24, 32),
-    [](const ::testing::TestParamInfo<int>& info) { return "Bits" + std::to_string(info.param); });
+                         [](const ::testing::TestParamInfo<int>& info) {
+                             return "Bits" + std::to_string(info.param);
+                         });
 
 TEST(SavePicture, FormatTwoWritesNothing)
 {
@@ -190,7 +190,7 @@ TEST(SavePicture, ImageWithoutHeaderIsNotSaved)
 
 TEST(SavePicture, NameWithTgaWritesATargaWhateverTheFormat)
 {
-    for (const char* name : { "frame.tga", "FRAME.TGA", "frame.tga.bak" }) {
+    for (const char* name : {"frame.tga", "FRAME.TGA", "frame.tga.bak"}) {
         Patterned image(3, 2, 32);
         TempDir dir;
         FSpec spec = PathSpec(dir.File(name));
@@ -242,13 +242,9 @@ TEST(SavePicture, FileThatCannotBeOpenedIsReported)
 }
 
 // An image whose stream writer fails, as a full disk would make it.
-class RefusingWriter : public CDIB
-{
+class RefusingWriter : public CDIB {
 public:
-    RefusingWriter()
-        : CDIB(3, 2, 24)
-    {
-    }
+    RefusingWriter() : CDIB(3, 2, 24) {}
     using CDIB::Save;
     bool Save(CPFile*, int) override { return false; }
 };
@@ -281,7 +277,7 @@ TEST(SavePicture, SavingOverALongerFileReplacesItWhole)
     CDIB back(1, 1, 24);
     ASSERT_EQ(ReadThrough(
                   dir, bytes, [&](CPFile* file) { return back.LoadBmp(file); }, "copy"),
-        0);
+              0);
     EXPECT_EQ(AllRows(back), AllRows(image));
 }
 
@@ -306,4 +302,4 @@ TEST(SavePicture, FullDiskKeepsThePreviousPictureAndSaysSo)
         << "no temporary file left beside it";
 }
 
-} // namespace
+}  // namespace

@@ -6,8 +6,7 @@
 #include "image/cdib_pixels.h"
 #include "image/picture_files.h"
 
-namespace
-{
+namespace {
 
 using namespace pxtest;
 
@@ -17,14 +16,14 @@ int LoadTgaBytes(CDIB& image, const Bytes& bytes)
     return ReadThrough(dir, bytes, [&](CPFile* file) { return image.LoadTga(file); });
 }
 
-template <typename T> class TgaPictureDepth : public ::testing::Test
-{
+template <typename T>
+class TgaPictureDepth : public ::testing::Test {
 };
 TYPED_TEST_SUITE(TgaPictureDepth, AllDepths, DepthNames);
 
 TYPED_TEST(TgaPictureDepth, BottomLeftOriginRowsAreTheImagesRows)
 {
-    for (long width : { 1L, 3L, 7L }) {
+    for (long width : {1L, 3L, 7L}) {
         CDIB image(1, 1, 24);
         TgaOptions options;
         options.width = width;
@@ -55,10 +54,10 @@ TYPED_TEST(TgaPictureDepth, TopLeftOriginIsFlippedAfterReading)
 TEST(TgaPicture, IdFieldAndColourMapAreSkippedAndTheMapIsNotUsed)
 {
     CDIB image(3, 2, 8);
-    image.GetPalette()[9] = PaletteEntry { 1, 2, 3, 0 };
+    image.GetPalette()[9] = PaletteEntry{1, 2, 3, 0};
     TgaOptions options;
     options.depth = 8;
-    options.type = 1; // colour-mapped
+    options.type = 1;  // colour-mapped
     options.idLength = 11;
     options.mapType = 1;
     options.mapLength = 256;
@@ -84,14 +83,14 @@ TEST(TgaPicture, MapLengthWithoutAColourMapIsNotSkipped)
     CDIB image(1, 1, 24);
     TgaOptions options;
     options.mapType = 0;
-    options.mapLength = 40; // describes a map the file does not have
+    options.mapLength = 40;  // describes a map the file does not have
     ASSERT_EQ(LoadTgaBytes(image, MakeTga(options)), 0);
     EXPECT_TRUE(HasPattern(image));
 }
 
 TEST(TgaPicture, RunLengthTypesAreCompressed)
 {
-    for (int type : { 9, 10, 11, 32, 255 }) {
+    for (int type : {9, 10, 11, 32, 255}) {
         CDIB image(1, 1, 24);
         TgaOptions options;
         options.type = type;
@@ -102,11 +101,11 @@ TEST(TgaPicture, RunLengthTypesAreCompressed)
 
 TEST(TgaPicture, DepthsWithoutWholeBytePixelsAreUnreadable)
 {
-    for (int depth : { 0, 1, 4, 7, 15, 33, 40, 64 }) {
+    for (int depth : {0, 1, 4, 7, 15, 33, 40, 64}) {
         CDIB image(1, 1, 24);
         TgaOptions options;
         options.depth = depth;
-        options.type = 10; // the depth is looked at first
+        options.type = 10;  // the depth is looked at first
         EXPECT_EQ(LoadTgaBytes(image, MakeTga(options)), 3) << depth;
     }
 }
@@ -141,12 +140,13 @@ TEST(TgaPicture, ShortFilesAreUnreadableAndKeepTheRowsRead)
     TgaOptions options;
     options.width = 2;
     options.height = 3;
-    options.keepBytes = 18 + 6 + 2; // one row and part of the next
+    options.keepBytes = 18 + 6 + 2;  // one row and part of the next
     EXPECT_EQ(LoadTgaBytes(image, MakeTga(options)), 3);
     EXPECT_EQ(image.GetWid(), 2);
     EXPECT_EQ(image.GetHgt(), 3);
     EXPECT_EQ(Pixel(image, 1, 0),
-        (std::vector<unsigned char> { PatternByte(1, 0, 0), PatternByte(1, 0, 1), PatternByte(1, 0, 2) }));
+              (std::vector<unsigned char>{PatternByte(1, 0, 0), PatternByte(1, 0, 1),
+                                          PatternByte(1, 0, 2)}));
     options.keepBytes = 10;
     EXPECT_EQ(LoadTgaBytes(image, MakeTga(options)), 3);
 }
@@ -155,7 +155,7 @@ TEST(TgaPicture, RowsAreClearedBeforeTheyAreRead)
 {
     CDIB image(3, 2, 24);
     std::memset(image.bits, 0x5A, static_cast<size_t>(image.GetRowBytes() * 2));
-    ASSERT_EQ(LoadTgaBytes(image, MakeTga(TgaOptions {})), 0);
+    ASSERT_EQ(LoadTgaBytes(image, MakeTga(TgaOptions{})), 0);
     // Row padding: three bytes after the nine pixel bytes of each row.
     for (int row = 0; row < 2; ++row)
         for (int i = 9; i < 12; ++i)
@@ -165,21 +165,20 @@ TEST(TgaPicture, RowsAreClearedBeforeTheyAreRead)
 TEST(TgaPicture, TargetWithoutHeaderIsRefused)
 {
     CDIB empty(0, 0, 24);
-    EXPECT_EQ(LoadTgaBytes(empty, MakeTga(TgaOptions {})), 4);
+    EXPECT_EQ(LoadTgaBytes(empty, MakeTga(TgaOptions{})), 4);
 }
 
 TEST(TgaPicture, RefusedCreateIsOutOfMemory)
 {
     SpyDIB image;
     image.fail = true;
-    EXPECT_EQ(LoadTgaBytes(image, MakeTga(TgaOptions {})), 6);
+    EXPECT_EQ(LoadTgaBytes(image, MakeTga(TgaOptions{})), 6);
     EXPECT_EQ(image.lastBits, 24);
 }
 
-} // namespace
+}  // namespace
 
-namespace
-{
+namespace {
 
 TEST(TgaPicture, EveryKeptMalformedFileIsRefusedWithItsCode)
 {
@@ -191,4 +190,4 @@ TEST(TgaPicture, EveryKeptMalformedFileIsRefusedWithItsCode)
     }
 }
 
-} // namespace
+}  // namespace

@@ -7,8 +7,7 @@
 #include "image/cdib_pixels.h"
 #include "image/picture_files.h"
 
-namespace
-{
+namespace {
 
 using namespace pxtest;
 
@@ -28,13 +27,12 @@ struct TifCase {
 std::string CaseName(const ::testing::TestParamInfo<TifCase>& info)
 {
     const TifCase& c = info.param;
-    return std::string(c.bigEndian ? "MM" : "II") + "_Samples" + std::to_string(c.samples) + "_Rows"
-        + std::to_string(c.rowsPerStrip) + "_Offsets" + (c.offsetType == 3 ? "16" : "32");
+    return std::string(c.bigEndian ? "MM" : "II") + "_Samples" + std::to_string(c.samples) +
+           "_Rows" + std::to_string(c.rowsPerStrip) + "_Offsets" +
+           (c.offsetType == 3 ? "16" : "32");
 }
 
-class TifLayout : public ::testing::TestWithParam<TifCase>
-{
-};
+class TifLayout : public ::testing::TestWithParam<TifCase> {};
 
 TEST_P(TifLayout, ReadsThePictureRightWayUp)
 {
@@ -56,20 +54,22 @@ TEST_P(TifLayout, ReadsThePictureRightWayUp)
     EXPECT_TRUE(HasPattern(image));
 }
 
-INSTANTIATE_TEST_SUITE_P(TifPicture, TifLayout,
-    ::testing::Values(TifCase { false, 1, 0, 4 }, TifCase { true, 1, 0, 4 }, TifCase { false, 2, 0, 4 },
-        TifCase { false, 3, 0, 4 }, TifCase { true, 3, 0, 4 }, TifCase { false, 4, 0, 4 },
-        TifCase { true, 4, 0, 4 }, TifCase { false, 3, 0, 3 }, TifCase { true, 3, 0, 3 },
-        TifCase { false, 3, 2, 4 }, TifCase { true, 3, 2, 4 }, TifCase { false, 3, 2, 3 },
-        TifCase { true, 3, 2, 3 }, TifCase { false, 1, 3, 3 }, TifCase { true, 4, 1, 4 },
-        TifCase { false, 3, 4, 3 }, // two 16-bit offsets held in the entry itself
-        TifCase { true, 3, 4, 3 }, TifCase { false, 3, 7, 4 }), // one strip listed with its rows tag
+INSTANTIATE_TEST_SUITE_P(
+    TifPicture, TifLayout,
+    ::testing::Values(TifCase{false, 1, 0, 4}, TifCase{true, 1, 0, 4}, TifCase{false, 2, 0, 4},
+                      TifCase{false, 3, 0, 4}, TifCase{true, 3, 0, 4}, TifCase{false, 4, 0, 4},
+                      TifCase{true, 4, 0, 4}, TifCase{false, 3, 0, 3}, TifCase{true, 3, 0, 3},
+                      TifCase{false, 3, 2, 4}, TifCase{true, 3, 2, 4}, TifCase{false, 3, 2, 3},
+                      TifCase{true, 3, 2, 3}, TifCase{false, 1, 3, 3}, TifCase{true, 4, 1, 4},
+                      TifCase{false, 3, 4, 3},  // two 16-bit offsets held in the entry itself
+                      TifCase{true, 3, 4, 3},
+                      TifCase{false, 3, 7, 4}),  // one strip listed with its rows tag
     CaseName);
 
 TEST(TifPicture, GreyIsNotSwappedAndKeepsTheGreyRamp)
 {
     CDIB image(5, 7, 8);
-    image.GetPalette()[3] = PaletteEntry { 9, 9, 9, 9 };
+    image.GetPalette()[3] = PaletteEntry{9, 9, 9, 9};
     TifOptions options;
     options.width = 5;
     options.height = 7;
@@ -95,7 +95,7 @@ TEST(TifPicture, DirectoryAfterTheFirstFourKilobytesIsRead)
     CDIB image(1, 1, 24);
     TifOptions options;
     options.width = 40;
-    options.height = 50; // 6,000 bytes of rows come before the directory
+    options.height = 50;  // 6,000 bytes of rows come before the directory
     ASSERT_EQ(LoadTifBytes(image, MakeTif(options)), 0);
     EXPECT_TRUE(HasPattern(image));
 }
@@ -112,7 +112,7 @@ TEST(TifPicture, DirectoryCrossingTheFirstFourKilobytesIsReadWhole)
     Bytes bytes = MakeTif(options);
     uint32_t directory = bytes[4] | bytes[5] << 8 | bytes[6] << 16 | uint32_t(bytes[7]) << 24;
     ASSERT_LT(directory, 4096u);
-    ASSERT_GT(directory + 2 + 7 * 12, 4096u); // seven entries
+    ASSERT_GT(directory + 2 + 7 * 12, 4096u);  // seven entries
     ASSERT_EQ(LoadTifBytes(image, bytes), 0);
     EXPECT_TRUE(HasPattern(image));
 }
@@ -123,7 +123,7 @@ TEST(TifPicture, LzwIsCompressed)
     TifOptions options;
     options.compression = 5;
     EXPECT_EQ(LoadTifBytes(image, MakeTif(options)), 1);
-    options.compression = 32773; // PackBits
+    options.compression = 32773;  // PackBits
     EXPECT_EQ(LoadTifBytes(image, MakeTif(options)), 1);
     EXPECT_EQ(image.GetWid(), 1) << "nothing created";
 }
@@ -146,7 +146,7 @@ TEST(TifPicture, SamplesOfOtherThanEightBitsAreUnreadable)
     TifOptions sixteen;
     sixteen.bits = 16;
     EXPECT_EQ(LoadTifBytes(image, MakeTif(sixteen)), 3);
-    for (int bits : { 1, 4, 12, 0 }) {
+    for (int bits : {1, 4, 12, 0}) {
         TifOptions options;
         options.bitsTag = bits;
         options.samples = 1;
@@ -162,8 +162,8 @@ TEST(TifPicture, SamplesOfOtherThanEightBitsAreUnreadable)
 TEST(TifPicture, EightBitsListedPerSampleAreRead)
 {
     // One value per sample, in the entry (two samples) or in a table (three, four).
-    for (int samples : { 2, 3, 4 }) {
-        for (bool bigEndian : { false, true }) {
+    for (int samples : {2, 3, 4}) {
+        for (bool bigEndian : {false, true}) {
             CDIB image(1, 1, 24);
             TifOptions options;
             options.samples = samples;
@@ -185,7 +185,7 @@ TEST(TifPicture, BitsPerSampleTableOutsideTheFileIsUnreadable)
     options.bitsPerSampleList = true;
     Bytes bytes = MakeTif(options);
     const size_t directory = bytes[4] | bytes[5] << 8;
-    size_t at = directory + 2 + 2 * 12; // the third entry is tag 258
+    size_t at = directory + 2 + 2 * 12;  // the third entry is tag 258
     ASSERT_EQ(bytes[at], 258 & 255);
     Put(bytes, at + 8, 0x7FFFFFF0, 4, false);
     EXPECT_EQ(LoadTifBytes(image, bytes), 3);
@@ -194,7 +194,7 @@ TEST(TifPicture, BitsPerSampleTableOutsideTheFileIsUnreadable)
 TEST(TifPicture, OnlyGreyAndRgbAreRead)
 {
     // White-is-zero, palette, transparency mask, CMYK, YCbCr, CIE Lab.
-    for (int photometric : { 0, 3, 4, 5, 6, 8 }) {
+    for (int photometric : {0, 3, 4, 5, 6, 8}) {
         CDIB image(1, 1, 24);
         TifOptions options;
         options.photometric = photometric;
@@ -202,7 +202,7 @@ TEST(TifPicture, OnlyGreyAndRgbAreRead)
         EXPECT_EQ(LoadTifBytes(image, MakeTif(options)), 3) << photometric;
         EXPECT_EQ(image.GetWid(), 1) << "nothing created";
     }
-    for (int photometric : { 1, 2 }) {
+    for (int photometric : {1, 2}) {
         CDIB image(1, 1, 24);
         TifOptions options;
         options.photometric = photometric;
@@ -236,16 +236,16 @@ TEST(TifPicture, SidesAboveTheLimitAreTooLarge)
 TEST(TifPicture, BadHeadersAreUnreadable)
 {
     CDIB image(1, 1, 24);
-    Bytes bytes = MakeTif(TifOptions {});
+    Bytes bytes = MakeTif(TifOptions{});
     Bytes wrongMagic = bytes;
     wrongMagic[2] = 43;
     EXPECT_EQ(LoadTifBytes(image, wrongMagic), 3);
     Bytes mixed = bytes;
     mixed[0] = 'M';
-    mixed[1] = 'M'; // big-endian mark, but 42 sits at byte 2
+    mixed[1] = 'M';  // big-endian mark, but 42 sits at byte 2
     EXPECT_EQ(LoadTifBytes(image, mixed), 3);
-    EXPECT_EQ(LoadTifBytes(image, Bytes { 'I', 'I', 42 }), 3);
-    EXPECT_EQ(LoadTifBytes(image, Bytes {}), 3);
+    EXPECT_EQ(LoadTifBytes(image, Bytes{'I', 'I', 42}), 3);
+    EXPECT_EQ(LoadTifBytes(image, Bytes{}), 3);
 
     Bytes farDirectory = bytes;
     Put(farDirectory, 4, 0x7FFFFFF0, 4, false);
@@ -272,8 +272,8 @@ TEST(TifPicture, MissingOrUnusableTagsAreUnreadable)
     EXPECT_EQ(LoadTifBytes(image, MakeTif(noStrips)), 3);
 
     // Rows per strip of 0 would never finish the picture.
-    Bytes bytes = MakeTif(TifOptions { .rowsPerStrip = 2 });
-    size_t at = bytes.size() - 4 - 12; // the last entry is tag 278
+    Bytes bytes = MakeTif(TifOptions{.rowsPerStrip = 2});
+    size_t at = bytes.size() - 4 - 12;  // the last entry is tag 278
     ASSERT_EQ(bytes[at], 278 & 255);
     Put(bytes, at + 8, 0, 4, false);
     EXPECT_EQ(LoadTifBytes(image, bytes), 3);
@@ -294,7 +294,7 @@ TEST(TifPicture, StripsBeyondThoseTheRowsNeedAreNotRead)
     CDIB image(1, 1, 24);
     TifOptions options;
     options.rowsPerStrip = 2;
-    options.stripCountExtra = 100000; // a table far bigger than the picture, mostly missing
+    options.stripCountExtra = 100000;  // a table far bigger than the picture, mostly missing
     Bytes bytes = MakeTif(options);
     ASSERT_EQ(LoadTifBytes(image, bytes), 0);
     EXPECT_TRUE(HasPattern(image));
@@ -340,7 +340,7 @@ TEST(TifPicture, DirectoryLoopIsNeverFollowed)
 TEST(TifPicture, DirectoryCountBeyondTheFileIsCutToWhatIsThere)
 {
     CDIB image(1, 1, 24);
-    Bytes bytes = MakeTif(TifOptions {});
+    Bytes bytes = MakeTif(TifOptions{});
     uint32_t directory = bytes[4] | bytes[5] << 8 | bytes[6] << 16 | uint32_t(bytes[7]) << 24;
     Put(bytes, directory, 0xFFFF, 2, false);
     ASSERT_EQ(LoadTifBytes(image, bytes), 0);
@@ -350,21 +350,20 @@ TEST(TifPicture, DirectoryCountBeyondTheFileIsCutToWhatIsThere)
 TEST(TifPicture, TargetWithoutHeaderIsRefused)
 {
     CDIB empty(0, 0, 24);
-    EXPECT_EQ(LoadTifBytes(empty, MakeTif(TifOptions {})), 4);
+    EXPECT_EQ(LoadTifBytes(empty, MakeTif(TifOptions{})), 4);
 }
 
 TEST(TifPicture, RefusedCreateIsOutOfMemory)
 {
     SpyDIB image;
     image.fail = true;
-    EXPECT_EQ(LoadTifBytes(image, MakeTif(TifOptions { .samples = 4 })), 6);
+    EXPECT_EQ(LoadTifBytes(image, MakeTif(TifOptions{.samples = 4})), 6);
     EXPECT_EQ(image.lastBits, 32);
 }
 
-} // namespace
+}  // namespace
 
-namespace
-{
+namespace {
 
 TEST(TifPicture, EveryKeptMalformedFileIsRefusedWithItsCode)
 {
@@ -376,4 +375,4 @@ TEST(TifPicture, EveryKeptMalformedFileIsRefusedWithItsCode)
     }
 }
 
-} // namespace
+}  // namespace

@@ -4,8 +4,7 @@
 
 #include <vector>
 
-namespace
-{
+namespace {
 
 using Bytes = std::vector<unsigned char>;
 
@@ -18,25 +17,27 @@ struct Unpacked {
 Unpacked Unpack(const Bytes& input, long size)
 {
     Bytes buffer(static_cast<size_t>(size) + 16, 0xCD);
-    long written = RLCUnPack(input.data(), static_cast<long>(input.size()), buffer.data() + 8, size);
+    long written =
+        RLCUnPack(input.data(), static_cast<long>(input.size()), buffer.data() + 8, size);
     for (int i = 0; i < 8; ++i) {
         EXPECT_EQ(buffer[static_cast<size_t>(i)], 0xCD) << "written before the row";
-        EXPECT_EQ(buffer[buffer.size() - 1 - static_cast<size_t>(i)], 0xCD) << "written past the row";
+        EXPECT_EQ(buffer[buffer.size() - 1 - static_cast<size_t>(i)], 0xCD)
+            << "written past the row";
     }
-    return Unpacked { written, Bytes(buffer.begin() + 8, buffer.begin() + 8 + size) };
+    return Unpacked{written, Bytes(buffer.begin() + 8, buffer.begin() + 8 + size)};
 }
 
 TEST(RlcUnPack, CountZeroOrMoreCopiesThatManyPlusOneBytes)
 {
-    Unpacked out = Unpack({ 2, 10, 20, 30, 0, 40 }, 4);
+    Unpacked out = Unpack({2, 10, 20, 30, 0, 40}, 4);
     EXPECT_EQ(out.written, 4);
-    EXPECT_EQ(out.row, (Bytes { 10, 20, 30, 40 }));
+    EXPECT_EQ(out.row, (Bytes{10, 20, 30, 40}));
 }
 
 TEST(RlcUnPack, NegativeCountRepeatsTheNextByteOneMinusCountTimes)
 {
     // -1 repeats twice, -127 repeats 128 times.
-    Unpacked out = Unpack({ 0xFF, 7, 0x81, 9 }, 130);
+    Unpacked out = Unpack({0xFF, 7, 0x81, 9}, 130);
     EXPECT_EQ(out.written, 130);
     EXPECT_EQ(out.row[0], 7);
     EXPECT_EQ(out.row[1], 7);
@@ -46,59 +47,59 @@ TEST(RlcUnPack, NegativeCountRepeatsTheNextByteOneMinusCountTimes)
 
 TEST(RlcUnPack, MinusOneHundredTwentyEightDoesNothing)
 {
-    Unpacked out = Unpack({ 0x80, 0x80, 1, 5, 6, 0x80 }, 2);
+    Unpacked out = Unpack({0x80, 0x80, 1, 5, 6, 0x80}, 2);
     EXPECT_EQ(out.written, 2);
-    EXPECT_EQ(out.row, (Bytes { 5, 6 }));
+    EXPECT_EQ(out.row, (Bytes{5, 6}));
 }
 
 TEST(RlcUnPack, LiteralRunIsCutAtTheRowsEnd)
 {
-    Unpacked out = Unpack({ 5, 1, 2, 3, 4, 5, 6 }, 3);
+    Unpacked out = Unpack({5, 1, 2, 3, 4, 5, 6}, 3);
     EXPECT_EQ(out.written, 3);
-    EXPECT_EQ(out.row, (Bytes { 1, 2, 3 }));
+    EXPECT_EQ(out.row, (Bytes{1, 2, 3}));
 }
 
 TEST(RlcUnPack, RepeatRunIsCutAtTheRowsEnd)
 {
-    Unpacked out = Unpack({ 0x81, 4 }, 5);
+    Unpacked out = Unpack({0x81, 4}, 5);
     EXPECT_EQ(out.written, 5);
-    EXPECT_EQ(out.row, (Bytes { 4, 4, 4, 4, 4 }));
+    EXPECT_EQ(out.row, (Bytes{4, 4, 4, 4, 4}));
 }
 
 TEST(RlcUnPack, StopsWhenTheRowIsFullLeavingTheRestOfTheInput)
 {
-    Unpacked out = Unpack({ 1, 8, 9, 0xFD, 3 }, 2);
+    Unpacked out = Unpack({1, 8, 9, 0xFD, 3}, 2);
     EXPECT_EQ(out.written, 2);
-    EXPECT_EQ(out.row, (Bytes { 8, 9 }));
+    EXPECT_EQ(out.row, (Bytes{8, 9}));
 }
 
 TEST(RlcUnPack, LiteralRunCutByTheInputsEndDecodesShort)
 {
     // The count asks for four bytes; two are there.
-    Unpacked out = Unpack({ 3, 1, 2 }, 4);
+    Unpacked out = Unpack({3, 1, 2}, 4);
     EXPECT_EQ(out.written, 2);
     EXPECT_EQ(out.row[0], 1);
     EXPECT_EQ(out.row[1], 2);
-    EXPECT_EQ(out.row[2], 0xCD); // untouched
+    EXPECT_EQ(out.row[2], 0xCD);  // untouched
 }
 
 TEST(RlcUnPack, RepeatWithoutItsByteDecodesShort)
 {
-    Unpacked out = Unpack({ 0, 6, 0xFE }, 4);
+    Unpacked out = Unpack({0, 6, 0xFE}, 4);
     EXPECT_EQ(out.written, 1);
     EXPECT_EQ(out.row[0], 6);
 }
 
 TEST(RlcUnPack, InputUsedUpBeforeTheRowIsFullDecodesShort)
 {
-    Unpacked out = Unpack({ 0xFE, 1 }, 10);
+    Unpacked out = Unpack({0xFE, 1}, 10);
     EXPECT_EQ(out.written, 3);
 }
 
 TEST(RlcUnPack, EmptyInputOrRowWritesNothing)
 {
-    unsigned char row[4] = { 0xCD, 0xCD, 0xCD, 0xCD };
-    const unsigned char input[2] = { 0, 1 };
+    unsigned char row[4] = {0xCD, 0xCD, 0xCD, 0xCD};
+    const unsigned char input[2] = {0, 1};
     EXPECT_EQ(RLCUnPack(input, 0, row, 4), 0);
     EXPECT_EQ(RLCUnPack(input, 2, row, 0), 0);
     EXPECT_EQ(RLCUnPack(nullptr, 2, row, 4), 0);
@@ -108,9 +109,9 @@ TEST(RlcUnPack, EmptyInputOrRowWritesNothing)
 
 TEST(RlcUnPack, MixedRunsMakeTheWholeRow)
 {
-    Unpacked out = Unpack({ 0xFD, 0, 1, 0x11, 0x22, 0x80, 0xFF, 0x33 }, 8);
+    Unpacked out = Unpack({0xFD, 0, 1, 0x11, 0x22, 0x80, 0xFF, 0x33}, 8);
     EXPECT_EQ(out.written, 8);
-    EXPECT_EQ(out.row, (Bytes { 0, 0, 0, 0, 0x11, 0x22, 0x33, 0x33 }));
+    EXPECT_EQ(out.row, (Bytes{0, 0, 0, 0, 0x11, 0x22, 0x33, 0x33}));
 }
 
-} // namespace
+}  // namespace

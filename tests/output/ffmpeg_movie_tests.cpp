@@ -16,21 +16,18 @@
 #include "support/file_size_limit.h"
 #include "support/temp_dir.h"
 
-namespace
-{
+namespace {
 
-const char* const kAllTypes[] = { "avc1", "apcn", "mjpa", "png ", "rle ", "raw " };
+const char* const kAllTypes[] = {"avc1", "apcn", "mjpa", "png ", "rle ", "raw "};
 
 // A frame buffer as the back end takes it: alpha, red, green, blue; rows top-down.
 struct Buffer {
-    Buffer(int w, int h)
-        : width(w)
-        , height(h)
-        , bytes(static_cast<size_t>(4) * w * h, 0)
-    {
-    }
+    Buffer(int w, int h) : width(w), height(h), bytes(static_cast<size_t>(4) * w * h, 0) {}
 
-    unsigned char* Pixel(int x, int y) { return bytes.data() + (static_cast<size_t>(y) * width + x) * 4; }
+    unsigned char* Pixel(int x, int y)
+    {
+        return bytes.data() + (static_cast<size_t>(y) * width + x) * 4;
+    }
     void Fill(unsigned char alpha, unsigned char red, unsigned char green, unsigned char blue)
     {
         for (int y = 0; y < height; ++y) {
@@ -65,8 +62,8 @@ struct Buffer {
     std::vector<unsigned char> bytes;
 };
 
-FFWriteRequest Request(
-    const std::string& path, const char* type, int width, int height, long timeScale = 2997)
+FFWriteRequest Request(const std::string& path, const char* type, int width, int height,
+                       long timeScale = 2997)
 {
     FFWriteRequest request;
     request.path = path.c_str();
@@ -96,17 +93,13 @@ std::string Brand(const std::string& path)
     return std::string(reinterpret_cast<const char*>(bytes.data() + 8), 4);
 }
 
-long FileSize(const std::string& path)
-{
-    return static_cast<long>(pxtest::ReadBytes(path).size());
-}
+long FileSize(const std::string& path) { return static_cast<long>(pxtest::ReadBytes(path).size()); }
 
-#define REQUIRE_ENCODER(type)                                                                                \
-    if (!FFHasEncoder(type))                                                                                 \
+#define REQUIRE_ENCODER(type) \
+    if (!FFHasEncoder(type))  \
     GTEST_SKIP() << "this FFmpeg has no encoder for '" << (type) << "'"
 
-class FFMovie : public testing::Test
-{
+class FFMovie : public testing::Test {
 protected:
     void SetUp() override { FFClearMovieError(); }
     void TearDown() override
@@ -198,7 +191,7 @@ TEST_F(FFMovie, ValuesBetweenStepsTakeTheNearestStep)
 
 TEST_F(FFMovie, BetterQualityMakesLargerFilesForLossyCodecs)
 {
-    for (const char* type : { "avc1", "apcn", "mjpa" }) {
+    for (const char* type : {"avc1", "apcn", "mjpa"}) {
         if (!FFHasEncoder(type))
             continue;
         long sizes[2] = {};
@@ -248,9 +241,11 @@ TEST_F(FFMovie, ContainerFollowsTheExtension)
         const char* container;
         const char* brand;
     };
-    const Case cases[] = { { "a.mov", "mov,mp4,m4a,3gp,3g2,mj2", "qt  " },
-        { "a.mp4", "mov,mp4,m4a,3gp,3g2,mj2", "isom" }, { "a.mkv", "matroska,webm", "" },
-        { "a.avi", "avi", "" }, { "A.MOV", "mov,mp4,m4a,3gp,3g2,mj2", "qt  " } };
+    const Case cases[] = {{"a.mov", "mov,mp4,m4a,3gp,3g2,mj2", "qt  "},
+                          {"a.mp4", "mov,mp4,m4a,3gp,3g2,mj2", "isom"},
+                          {"a.mkv", "matroska,webm", ""},
+                          {"a.avi", "avi", ""},
+                          {"A.MOV", "mov,mp4,m4a,3gp,3g2,mj2", "qt  "}};
     for (const Case& each : cases) {
         std::string path = dir.File(each.name);
         ASSERT_TRUE(WriteFrames(Request(path, "mjpa", 16, 16), buffer, 3))
@@ -267,9 +262,10 @@ TEST_F(FFMovie, ContainerFollowsTheExtension)
 TEST_F(FFMovie, NameWithoutAKnownExtensionMakesAQuickTimeMovie)
 {
     Buffer buffer(16, 16);
-    for (const char* name : { "movie", "movie.px", "movie.txt" }) {
+    for (const char* name : {"movie", "movie.px", "movie.txt"}) {
         std::string path = dir.File(name);
-        ASSERT_TRUE(WriteFrames(Request(path, "png ", 16, 16), buffer, 2)) << name << ": " << FFMovieError();
+        ASSERT_TRUE(WriteFrames(Request(path, "png ", 16, 16), buffer, 2))
+            << name << ": " << FFMovieError();
         EXPECT_EQ(Brand(path), "qt  ") << name;
     }
 }
@@ -344,9 +340,11 @@ TEST_F(FFMovie, OddSizedH264IsPaddedTo420AndSaysSo)
 {
     REQUIRE_ENCODER("avc1");
     std::vector<std::string> notices;
-    FFSetNoticeHook([](const char* text, void* heard) {
-        static_cast<std::vector<std::string>*>(heard)->push_back(text);
-    }, &notices);
+    FFSetNoticeHook(
+        [](const char* text, void* heard) {
+            static_cast<std::vector<std::string>*>(heard)->push_back(text);
+        },
+        &notices);
     std::string path = dir.File("odd.mp4");
     Buffer buffer(641, 361);
     buffer.Fill(255, 180, 90, 40);
@@ -358,8 +356,9 @@ TEST_F(FFMovie, OddSizedH264IsPaddedTo420AndSaysSo)
     EXPECT_EQ(facts.width, 642);
     EXPECT_EQ(facts.height, 362);
     ASSERT_EQ(notices.size(), 1u);
-    EXPECT_EQ(notices[0], "H.264 (avc1) needs even sides: the 641x361 frames are padded to 642x362, the last "
-                          "column or row repeated");
+    EXPECT_EQ(notices[0],
+              "H.264 (avc1) needs even sides: the 641x361 frames are padded to 642x362, the last "
+              "column or row repeated");
     int width = 0;
     int height = 0;
     ASSERT_TRUE(FFOpenMovieReader(path.c_str(), &width, &height));
@@ -375,15 +374,18 @@ TEST_F(FFMovie, CodecTheContainerRefusesIsNamedWithTheOneUsed)
     REQUIRE_ENCODER("avc1");
     REQUIRE_ENCODER("apcn");
     std::vector<std::string> notices;
-    FFSetNoticeHook([](const char* text, void* heard) {
-        static_cast<std::vector<std::string>*>(heard)->push_back(text);
-    }, &notices);
+    FFSetNoticeHook(
+        [](const char* text, void* heard) {
+            static_cast<std::vector<std::string>*>(heard)->push_back(text);
+        },
+        &notices);
     Buffer buffer(16, 16);
     bool written = WriteFrames(Request(dir.File("prores.avi"), "apcn", 16, 16), buffer, 1);
     FFSetNoticeHook(nullptr, nullptr);
     ASSERT_TRUE(written) << FFMovieError();
     ASSERT_EQ(notices.size(), 1u);
-    EXPECT_EQ(notices[0], "The avi container cannot hold ProRes 422 (apcn): writing H.264 (avc1) instead");
+    EXPECT_EQ(notices[0],
+              "The avi container cannot hold ProRes 422 (apcn): writing H.264 (avc1) instead");
     EXPECT_FALSE(FFContainerTakes("x.avi", "apcn"));
     EXPECT_TRUE(FFContainerTakes("x.mov", "apcn"));
     EXPECT_TRUE(FFContainerTakes("x.mkv", "apcn"));
@@ -481,7 +483,8 @@ TEST_F(FFMovie, OddSizesWorkWithEveryCodec)
         std::string path = dir.File(std::string("odd") + type[0] + ".mov");
         Buffer buffer(33, 17);
         buffer.Fill(255, 180, 90, 40);
-        ASSERT_TRUE(WriteFrames(Request(path, type, 33, 17), buffer, 3)) << type << ": " << FFMovieError();
+        ASSERT_TRUE(WriteFrames(Request(path, type, 33, 17), buffer, 3))
+            << type << ": " << FFMovieError();
         int width = 0;
         int height = 0;
         ASSERT_TRUE(FFOpenMovieReader(path.c_str(), &width, &height)) << type;
@@ -506,7 +509,8 @@ TEST_F(FFMovie, EveryCodecKeepsAFlatColour)
         std::string path = dir.File(std::string("flat") + type[0] + ".mov");
         Buffer buffer(32, 16);
         buffer.Fill(255, 200, 120, 30);
-        ASSERT_TRUE(WriteFrames(Request(path, type, 32, 16), buffer, 2)) << type << ": " << FFMovieError();
+        ASSERT_TRUE(WriteFrames(Request(path, type, 32, 16), buffer, 2))
+            << type << ": " << FFMovieError();
         int width = 0;
         int height = 0;
         ASSERT_TRUE(FFOpenMovieReader(path.c_str(), &width, &height)) << type;
@@ -538,13 +542,14 @@ TEST_F(FFMovie, OddWidthProResIsWrittenAs4444)
 
 TEST_F(FFMovie, WidthOf4096Works)
 {
-    for (const char* type : { "avc1", "mjpa", "png " }) {
+    for (const char* type : {"avc1", "mjpa", "png "}) {
         if (!FFHasEncoder(type))
             continue;
         std::string path = dir.File(std::string("wide") + type[0] + ".mov");
         Buffer buffer(4096, 8);
         buffer.Fill(255, 30, 60, 90);
-        ASSERT_TRUE(WriteFrames(Request(path, type, 4096, 8), buffer, 2)) << type << ": " << FFMovieError();
+        ASSERT_TRUE(WriteFrames(Request(path, type, 4096, 8), buffer, 2))
+            << type << ": " << FFMovieError();
         FFMovieFacts facts;
         ASSERT_TRUE(FFProbeMovieFile(path.c_str(), &facts));
         EXPECT_EQ(facts.width, 4096) << type;
@@ -565,8 +570,7 @@ TEST_F(FFMovie, ZeroSizeOrRateIsRefused)
 
 // ---- Reading ----------------------------------------------------------------------------------
 
-class FFMovieReading : public FFMovie
-{
+class FFMovieReading : public FFMovie {
 protected:
     // Five flat frames; frame i has red 40 × i + 20.
     void WriteFive(const char* type, const std::string& path)
@@ -621,7 +625,7 @@ TEST_F(FFMovieReading, FramesOfAnH264MovieComeBackInAnyOrder)
     int height = 0;
     ASSERT_TRUE(FFOpenMovieReader(path.c_str(), &width, &height));
     EXPECT_EQ(FFReadDuration(), 500);
-    for (int frame : { 3, 0, 4, 1, 2, 2, 0, 4 }) {
+    for (int frame : {3, 0, 4, 1, 2, 2, 0, 4}) {
         EXPECT_EQ(FrameAt(frame * 100 + 50), frame);
     }
 }
@@ -667,4 +671,4 @@ TEST_F(FFMovieReading, MissingFileFailsAndClosingTwiceIsSafe)
     EXPECT_EQ(FFReadTimeScale(), 0);
 }
 
-} // namespace
+}  // namespace

@@ -24,11 +24,10 @@
 #include "support/file_size_limit.h"
 #include "support/temp_dir.h"
 
-namespace
-{
+namespace {
 
-const char* const kAllCodecs[] = { "avc1", "apcn", "mjpa", "png ", "rle ", "raw " };
-const char* const kLosslessCodecs[] = { "png ", "rle ", "raw " };
+const char* const kAllCodecs[] = {"avc1", "apcn", "mjpa", "png ", "rle ", "raw "};
+const char* const kLosslessCodecs[] = {"png ", "rle ", "raw "};
 
 // One pixel as a CDIB stores it.
 struct Bgra {
@@ -45,8 +44,8 @@ bool operator==(const Bgra& a, const Bgra& b)
 
 std::ostream& operator<<(std::ostream& out, const Bgra& pixel)
 {
-    return out << "(b " << int(pixel.blue) << ", g " << int(pixel.green) << ", r " << int(pixel.red) << ", a "
-               << int(pixel.alpha) << ")";
+    return out << "(b " << int(pixel.blue) << ", g " << int(pixel.green) << ", r " << int(pixel.red)
+               << ", a " << int(pixel.alpha) << ")";
 }
 
 // Picture row y (top-down) is storage row height - 1 - y.
@@ -78,14 +77,14 @@ void PaintFlat(CDIB& dib, Bgra colour)
 Bgra PixelAt(const CDIB& dib, int x, int y)
 {
     const unsigned char* p = PixelOf(dib, x, y);
-    return Bgra { p[0], p[1], p[2], dib.GetBitCount() == 32 ? p[3] : uint8_t { 0 } };
+    return Bgra{p[0], p[1], p[2], dib.GetBitCount() == 32 ? p[3] : uint8_t{0}};
 }
 
 // A pattern that tells every pixel, row and channel apart, alpha included.
 Bgra Pattern(int x, int y)
 {
-    return Bgra { static_cast<uint8_t>(x * 7 + y * 3), static_cast<uint8_t>(200 - x * 5),
-        static_cast<uint8_t>(y * 11 + 1), static_cast<uint8_t>((x * 13 + y * 29) & 0xFF) };
+    return Bgra{static_cast<uint8_t>(x * 7 + y * 3), static_cast<uint8_t>(200 - x * 5),
+                static_cast<uint8_t>(y * 11 + 1), static_cast<uint8_t>((x * 13 + y * 29) & 0xFF)};
 }
 
 // All pixel bytes of the picture, row padding left out.
@@ -106,8 +105,7 @@ std::string Trimmed(const char* code)
     return name;
 }
 
-class MovieLayer : public testing::Test
-{
+class MovieLayer : public testing::Test {
 protected:
     void SetUp() override
     {
@@ -172,8 +170,8 @@ protected:
     pxtest::TempDir dir;
 };
 
-#define REQUIRE_CODEC(code)                                                                                  \
-    if (!IsCodecAvailable(code))                                                                             \
+#define REQUIRE_CODEC(code)      \
+    if (!IsCodecAvailable(code)) \
     GTEST_SKIP() << "this FFmpeg has no encoder for '" << (code) << "'"
 
 // ---- Timing and quality -----------------------------------------------------------------------
@@ -206,10 +204,10 @@ TEST_F(MovieLayer, QualityAtTheStepEdgesSelectsSpatialQuality)
 
 TEST_F(MovieLayer, SelectionOffersAndKeepsTheSpatialQualityOfTheRenderQuality)
 {
-    const int qualities[] = { 19, 20, 59, 60, 80 };
-    const int spatial[] = { 0, 256, 512, 768, 1023 };
+    const int qualities[] = {19, 20, 59, 60, 80};
+    const int spatial[] = {0, 256, 512, 768, 1023};
     for (int i = 0; i < 5; ++i) {
-        PushCodecDialogAnswer(CodecDialogAnswer {});
+        PushCodecDialogAnswer(CodecDialogAnswer{});
         ASSERT_TRUE(QTSelectCodec(nullptr, 29.97f, qualities[i], false));
         std::vector<ShownCodecDialog> dialogs = TakeShownCodecDialogs();
         ASSERT_EQ(dialogs.size(), 1u);
@@ -231,7 +229,7 @@ TEST_F(MovieLayer, QualityChosenInTheDialogReachesTheEncoder)
         ASSERT_TRUE(QTSelectCodec(nullptr, 25.0f, 50, false));
         CDIB frame(64, 48, 32);
         Paint(frame, [](int x, int y) {
-            return Bgra { uint8_t(x * 37 ^ y * 11), uint8_t(x * y), uint8_t(x + y * 5), 255 };
+            return Bgra{uint8_t(x * 37 ^ y * 11), uint8_t(x * y), uint8_t(x + y * 5), 255};
         });
         std::string name = best ? "best.mov" : "least.mov";
         ASSERT_TRUE(Open(name, &frame));
@@ -244,9 +242,7 @@ TEST_F(MovieLayer, QualityChosenInTheDialogReachesTheEncoder)
 
 // ---- Every codec ------------------------------------------------------------------------------
 
-class MovieEveryCodec : public MovieLayer, public testing::WithParamInterface<const char*>
-{
-};
+class MovieEveryCodec : public MovieLayer, public testing::WithParamInterface<const char*> {};
 
 TEST_P(MovieEveryCodec, WritesAPlayableQuickTimeMovie)
 {
@@ -254,10 +250,11 @@ TEST_P(MovieEveryCodec, WritesAPlayableQuickTimeMovie)
     REQUIRE_CODEC(codec);
     ASSERT_TRUE(Choose(codec));
     CDIB frame(48, 32, 32);
-    PaintFlat(frame, Bgra { 0, 0, 0, 255 });
+    PaintFlat(frame, Bgra{0, 0, 0, 255});
     ASSERT_TRUE(Open("every.mov", &frame)) << MovieLastError();
     for (int i = 0; i < 5; ++i) {
-        PaintFlat(frame, Bgra { uint8_t(30 + i * 40), uint8_t(200 - i * 30), uint8_t(100 + i * 20), 255 });
+        PaintFlat(frame,
+                  Bgra{uint8_t(30 + i * 40), uint8_t(200 - i * 30), uint8_t(100 + i * 20), 255});
         ASSERT_TRUE(QTMovieWriteFrame(i, &frame)) << MovieLastError();
     }
     ASSERT_TRUE(QTMovieWriteClose()) << MovieLastError();
@@ -289,7 +286,7 @@ TEST_P(MovieEveryCodec, At2997A300FrameMovieLasts30000UnitsOf2997PerSecond)
     CDIB frame(16, 16, 32);
     ASSERT_TRUE(Open("long.mov", &frame, 29.97f));
     for (int i = 0; i < 300; ++i) {
-        PaintFlat(frame, Bgra { uint8_t(i), uint8_t(i / 2), 90, 255 });
+        PaintFlat(frame, Bgra{uint8_t(i), uint8_t(i / 2), 90, 255});
         ASSERT_TRUE(QTMovieWriteFrame(i, &frame));
     }
     ASSERT_TRUE(QTMovieWriteClose());
@@ -311,10 +308,10 @@ TEST_P(MovieEveryCodec, PrimingFrameAddsNoSample)
     REQUIRE_CODEC(codec);
     ASSERT_TRUE(Choose(codec));
     CDIB first(16, 16, 32);
-    PaintFlat(first, Bgra { 250, 250, 250, 255 }); // the priming frame: white
+    PaintFlat(first, Bgra{250, 250, 250, 255});  // the priming frame: white
     ASSERT_TRUE(Open("prime.mov", &first));
     CDIB frame(16, 16, 32);
-    PaintFlat(frame, Bgra { 10, 10, 10, 255 }); // the real frames: near black
+    PaintFlat(frame, Bgra{10, 10, 10, 255});  // the real frames: near black
     for (int i = 0; i < 7; ++i)
         ASSERT_TRUE(QTMovieWriteFrame(i, &frame));
     ASSERT_TRUE(QTMovieWriteFrame(kPrimeFrameNumber, &first));
@@ -335,7 +332,7 @@ TEST_P(MovieEveryCodec, OddWidthAndHeightWrite)
     REQUIRE_CODEC(codec);
     ASSERT_TRUE(Choose(codec));
     CDIB frame(33, 17, 32);
-    PaintFlat(frame, Bgra { 40, 90, 180, 255 });
+    PaintFlat(frame, Bgra{40, 90, 180, 255});
     ASSERT_TRUE(Open("odd.mov", &frame)) << MovieLastError();
     ASSERT_TRUE(QTMovieWriteFrame(0, &frame)) << MovieLastError();
     ASSERT_TRUE(QTMovieWriteClose()) << MovieLastError();
@@ -349,8 +346,8 @@ TEST_P(MovieEveryCodec, OddWidthAndHeightWrite)
     // The last column and the last row are as good as the rest.
     int right = back.GetWid() - 1;
     int bottom = back.GetHgt() - 1;
-    for (Bgra pixel : { PixelAt(back, 32, 0), PixelAt(back, 32, 16), PixelAt(back, 0, 16), PixelAt(back, 16, 8),
-             PixelAt(back, right, bottom) }) {
+    for (Bgra pixel : {PixelAt(back, 32, 0), PixelAt(back, 32, 16), PixelAt(back, 0, 16),
+                       PixelAt(back, 16, 8), PixelAt(back, right, bottom)}) {
         EXPECT_NEAR(pixel.blue, 40, 3) << pixel;
         EXPECT_NEAR(pixel.green, 90, 3) << pixel;
         EXPECT_NEAR(pixel.red, 180, 3) << pixel;
@@ -358,13 +355,13 @@ TEST_P(MovieEveryCodec, OddWidthAndHeightWrite)
 }
 
 INSTANTIATE_TEST_SUITE_P(Codecs, MovieEveryCodec, testing::ValuesIn(kAllCodecs),
-    [](const testing::TestParamInfo<const char*>& info) { return Trimmed(info.param); });
+                         [](const testing::TestParamInfo<const char*>& info) {
+                             return Trimmed(info.param);
+                         });
 
 // ---- Alpha, rows and channels -----------------------------------------------------------------
 
-class MovieLossless : public MovieLayer, public testing::WithParamInterface<const char*>
-{
-};
+class MovieLossless : public MovieLayer, public testing::WithParamInterface<const char*> {};
 
 TEST_P(MovieLossless, TwentyFourBitFrameIsWrittenWithAlphaZero)
 {
@@ -372,7 +369,7 @@ TEST_P(MovieLossless, TwentyFourBitFrameIsWrittenWithAlphaZero)
     REQUIRE_CODEC(codec);
     ASSERT_TRUE(Choose(codec));
     CDIB first(8, 6, 32);
-    PaintFlat(first, Bgra { 1, 2, 3, 255 });
+    PaintFlat(first, Bgra{1, 2, 3, 255});
     ASSERT_TRUE(Open("alpha0.mov", &first));
     CDIB frame(8, 6, 24);
     Paint(frame, Pattern);
@@ -460,15 +457,17 @@ TEST_P(MovieLossless, ReadingAFrameAndWritingItBackGivesTheSamePicture)
 }
 
 INSTANTIATE_TEST_SUITE_P(Codecs, MovieLossless, testing::ValuesIn(kLosslessCodecs),
-    [](const testing::TestParamInfo<const char*>& info) { return Trimmed(info.param); });
+                         [](const testing::TestParamInfo<const char*>& info) {
+                             return Trimmed(info.param);
+                         });
 
 TEST_F(MovieLayer, FramesAreStoredTopRowFirstRedFirst)
 {
     REQUIRE_CODEC("raw ");
     ASSERT_TRUE(Choose("raw "));
     // Top row: two colours; bottom row: two more. Storage row 1 is the top of the picture.
-    const Bgra colours[2][2]
-        = { { { 11, 22, 201, 0 }, { 33, 222, 44, 0 } }, { { 231, 55, 66, 0 }, { 77, 88, 99, 0 } } };
+    const Bgra colours[2][2] = {{{11, 22, 201, 0}, {33, 222, 44, 0}},
+                                {{231, 55, 66, 0}, {77, 88, 99, 0}}};
     CDIB frame(2, 2, 24);
     Paint(frame, [&colours](int x, int y) { return colours[y][x]; });
     ASSERT_TRUE(Open("rows.mov", &frame));
@@ -533,7 +532,7 @@ TEST_F(MovieLayer, DialogOffersTheAvailableCodecsByNameAndStartsFromCodecType)
 {
     REQUIRE_CODEC("rle ");
     LoadSettings("CodecType=rle \r\n");
-    PushCodecDialogAnswer(CodecDialogAnswer {});
+    PushCodecDialogAnswer(CodecDialogAnswer{});
     ASSERT_TRUE(QTSelectCodec(nullptr, 29.97f, 50, false));
     std::vector<ShownCodecDialog> dialogs = TakeShownCodecDialogs();
     ASSERT_EQ(dialogs.size(), 1u);
@@ -550,15 +549,15 @@ TEST_F(MovieLayer, DialogOffersTheAvailableCodecsByNameAndStartsFromCodecType)
             available.push_back(codec);
     }
     EXPECT_EQ(offered, available);
-    EXPECT_EQ(
-        dialogs[0].codecs.front().name, IsCodecAvailable("avc1") ? "H.264" : dialogs[0].codecs.front().name);
+    EXPECT_EQ(dialogs[0].codecs.front().name,
+              IsCodecAvailable("avc1") ? "H.264" : dialogs[0].codecs.front().name);
 }
 
 TEST_F(MovieLayer, UnknownRememberedCodecStartsTheDialogOnTheDefault)
 {
     REQUIRE_CODEC(kDefaultCodec);
     LoadSettings("CodecType=xvid\r\n");
-    PushCodecDialogAnswer(CodecDialogAnswer {});
+    PushCodecDialogAnswer(CodecDialogAnswer{});
     ASSERT_TRUE(QTSelectCodec(nullptr, 29.97f, 50, false));
     EXPECT_EQ(TakeShownCodecDialogs().at(0).offered.type, kDefaultCodec);
     EXPECT_EQ(Setting("CodecType"), kDefaultCodec);
@@ -600,7 +599,7 @@ TEST_F(MovieLayer, WithoutWindowsTheRememberedCodecIsTakenAsItIs)
 TEST_F(MovieLayer, ClosingTheMovieServicesForgetsTheSelection)
 {
     EXPECT_EQ(QTOpenMovies(), 1);
-    PushCodecDialogAnswer(CodecDialogAnswer {});
+    PushCodecDialogAnswer(CodecDialogAnswer{});
     ASSERT_TRUE(QTSelectCodec(nullptr, 29.97f, 90, false));
     EXPECT_EQ(GetMovieCodecSettings().frameRate, 2997);
     EXPECT_EQ(QTCloseMovies(), 0);
@@ -612,11 +611,12 @@ TEST_F(MovieLayer, ClosingTheMovieServicesForgetsTheSelection)
 TEST_F(MovieLayer, AvailableCodecListNamesExactlyTheAvailableCodecs)
 {
     std::string list = AvailableCodecList();
-    const char* names[] = { "avc1 (H.264)", "apcn (ProRes 422)", "mjpa (Motion JPEG A)", "png (PNG)",
-        "rle (Animation)", "raw (Uncompressed)" };
+    const char* names[] = {"avc1 (H.264)", "apcn (ProRes 422)", "mjpa (Motion JPEG A)",
+                           "png (PNG)",    "rle (Animation)",   "raw (Uncompressed)"};
     int available = 0;
     for (int i = 0; i < 6; ++i) {
-        EXPECT_EQ(list.find(names[i]) != std::string::npos, IsCodecAvailable(kAllCodecs[i])) << names[i];
+        EXPECT_EQ(list.find(names[i]) != std::string::npos, IsCodecAvailable(kAllCodecs[i]))
+            << names[i];
         available += IsCodecAvailable(kAllCodecs[i]) ? 1 : 0;
     }
     EXPECT_EQ(static_cast<int>(std::count(list.begin(), list.end(), ',')), available - 1);
@@ -676,15 +676,15 @@ TEST_F(MovieLayer, UseCodecWinsOverTheLastSelection)
 
 TEST_F(MovieLayer, Mp4MkvAndAviHoldEveryFrame)
 {
-    for (const char* codec : { "avc1", "mjpa" }) {
+    for (const char* codec : {"avc1", "mjpa"}) {
         if (!IsCodecAvailable(codec))
             continue;
         ASSERT_TRUE(Choose(codec));
-        for (const char* name : { "six.mp4", "six.mkv", "six.avi" }) {
+        for (const char* name : {"six.mp4", "six.mkv", "six.avi"}) {
             CDIB frame(32, 24, 32);
             ASSERT_TRUE(Open(name, &frame)) << codec << " " << name << ": " << MovieLastError();
             for (int i = 0; i < 6; ++i) {
-                PaintFlat(frame, Bgra { uint8_t(20 + 40 * i), 128, 64, 255 });
+                PaintFlat(frame, Bgra{uint8_t(20 + 40 * i), 128, 64, 255});
                 ASSERT_TRUE(QTMovieWriteFrame(i, &frame));
             }
             ASSERT_TRUE(QTMovieWriteClose()) << codec << " " << name;
@@ -696,7 +696,8 @@ TEST_F(MovieLayer, Mp4MkvAndAviHoldEveryFrame)
             ASSERT_GT(duration, 0);
             for (int i = 0; i < 6; ++i) {
                 ASSERT_TRUE(QTMovieReadFrame(i * duration / 6 + duration / 12, &back));
-                EXPECT_NEAR(PixelAt(back, 16, 12).blue, 20 + 40 * i, 3) << codec << " " << name << " " << i;
+                EXPECT_NEAR(PixelAt(back, 16, 12).blue, 20 + 40 * i, 3)
+                    << codec << " " << name << " " << i;
             }
             QTMovieReadClose();
         }
@@ -752,7 +753,7 @@ TEST_F(MovieLayer, ClosingWithNothingOpenIsSafe)
 TEST_F(MovieLayer, MovieWithoutAPathOrFirstFrameIsRefused)
 {
     CDIB frame(16, 16, 32);
-    FSpec empty {};
+    FSpec empty{};
     EXPECT_FALSE(QTMovieWriteOpen(false, &empty, &frame, 29.97f, 100, 0));
     EXPECT_NE(std::string(MovieLastError()), "");
     EXPECT_TRUE(QTMovieWriteClose());
@@ -787,9 +788,9 @@ TEST_F(MovieLayer, FrameNumbersDoNotSetTheTime)
     ASSERT_TRUE(Choose("png "));
     CDIB frame(8, 8, 32);
     ASSERT_TRUE(Open("order.mov", &frame));
-    const long numbers[] = { 50, 3, 7, -1 };
+    const long numbers[] = {50, 3, 7, -1};
     for (int i = 0; i < 4; ++i) {
-        PaintFlat(frame, Bgra { uint8_t(10 + i * 60), 0, 0, 255 });
+        PaintFlat(frame, Bgra{uint8_t(10 + i * 60), 0, 0, 255});
         ASSERT_TRUE(QTMovieWriteFrame(numbers[i], &frame));
     }
     ASSERT_TRUE(QTMovieWriteClose());
@@ -804,12 +805,12 @@ TEST_F(MovieLayer, FrameNumbersDoNotSetTheTime)
 
 TEST_F(MovieLayer, FramesUpTo4096WideAreWritten)
 {
-    for (const char* codec : { "avc1", "png " }) {
+    for (const char* codec : {"avc1", "png "}) {
         if (!IsCodecAvailable(codec))
             continue;
         ASSERT_TRUE(Choose(codec));
         CDIB frame(4096, 16, 32);
-        Paint(frame, [](int x, int) { return Bgra { uint8_t(x >> 4), 100, 50, 255 }; });
+        Paint(frame, [](int x, int) { return Bgra{uint8_t(x >> 4), 100, 50, 255}; });
         ASSERT_TRUE(Open("wide.mov", &frame)) << codec << ": " << MovieLastError();
         ASSERT_TRUE(QTMovieWriteFrame(0, &frame));
         ASSERT_TRUE(QTMovieWriteClose());
@@ -867,7 +868,7 @@ TEST_F(MovieLayer, FrameRateIsTheProgramsOwnNotTheMovies)
 bool StateFrameSize(const std::string& path, const char* codec, int width, int height)
 {
     std::vector<unsigned char> bytes = pxtest::ReadBytes(path);
-    const unsigned char stsd[] = { 's', 't', 's', 'd' };
+    const unsigned char stsd[] = {'s', 't', 's', 'd'};
     auto description = std::search(bytes.begin(), bytes.end(), std::begin(stsd), std::end(stsd));
     auto code = std::search(description, bytes.end(), codec, codec + 4);
     if (description == bytes.end() || code == bytes.end() || bytes.end() - code < 32)
@@ -885,21 +886,22 @@ TEST_F(MovieLayer, MovieStatingAFrameSizeOutside1To8192IsRefusedBeforeAnythingIs
     REQUIRE_CODEC("raw ");
     ASSERT_TRUE(Choose("raw "));
     CDIB frame(4, 2, 24);
-    PaintFlat(frame, Bgra { 10, 20, 30, 255 });
+    PaintFlat(frame, Bgra{10, 20, 30, 255});
     ASSERT_TRUE(Open("small.mov", &frame));
     ASSERT_TRUE(QTMovieWriteFrame(0, &frame));
     ASSERT_TRUE(QTMovieWriteClose());
     const std::vector<unsigned char> original = pxtest::ReadBytes(dir.File("small.mov"));
 
     // Sizes that would ask for gigabytes, or for nothing at all.
-    for (auto [width, height] : { std::pair { 60000, 60000 }, std::pair { 8193, 8193 }, std::pair { 8193, 2 },
-             std::pair { 4, 8193 }, std::pair { 65535, 65535 }, std::pair { 0, 2 } }) {
+    for (auto [width, height] : {std::pair{60000, 60000}, std::pair{8193, 8193}, std::pair{8193, 2},
+                                 std::pair{4, 8193}, std::pair{65535, 65535}, std::pair{0, 2}}) {
         ASSERT_TRUE(pxtest::WriteBytes(dir.File("stated.mov"), original));
         ASSERT_TRUE(StateFrameSize(dir.File("stated.mov"), "raw ", width, height));
         CDIB back(3, 3, 24);
         EXPECT_FALSE(OpenToRead("stated.mov", &back)) << width << "x" << height;
         // Refused for the size it states, not for want of memory after trying.
-        EXPECT_NE(std::string(MovieLastError()).find("frame size"), std::string::npos) << MovieLastError();
+        EXPECT_NE(std::string(MovieLastError()).find("frame size"), std::string::npos)
+            << MovieLastError();
         EXPECT_EQ(back.GetWid(), 3) << "the frame is left as it was";
         EXPECT_FALSE(QTMovieReadFrame(0, &back));
         EXPECT_TRUE(QTMovieReadClose());
@@ -923,7 +925,7 @@ TEST_F(MovieLayer, MissingMovieFailsToOpenWithAReason)
     EXPECT_TRUE(QTMovieReadClose());
 }
 
-} // namespace
+}  // namespace
 
 namespace {
 

@@ -116,7 +116,8 @@ protected:
         CDIB frame(1, 1, 32);
         Rgb colour{0, 0, 0};
         if (QTMovieReadOpen(&movie, &frame) && QTMovieReadFrame(index * 100, &frame)) {
-            const unsigned char* pixel = frame.GetBitsAdd(frame.GetHgt() / 2) + frame.GetWid() / 2 * 4;
+            const unsigned char* pixel =
+                frame.GetBitsAdd(frame.GetHgt() / 2) + frame.GetWid() / 2 * 4;
             colour = Rgb{pixel[2], pixel[1], pixel[0]};
         }
         QTMovieReadClose();
@@ -219,16 +220,18 @@ TEST_F(RenderDriver, WidthOf5000IsClampedTo4096)
 
 TEST_F(RenderDriver, MovieNumbersOutOfRangeOrNotNumbersGiveTheirDefaults)
 {
-    UseSettings("MovieWid=99999999999999999999\r\nMovieHgt=abc\r\nMovieFPS=x25\r\n"
-                "MovieQuality=-99999999999\r\n");
+    UseSettings(
+        "MovieWid=99999999999999999999\r\nMovieHgt=abc\r\nMovieFPS=x25\r\n"
+        "MovieQuality=-99999999999\r\n");
     OnePicture(Rgb{10, 20, 30}, 20);
     MovieOptions options = LoadMovieOptions(*doc);
     EXPECT_EQ(options.width, 720);
     EXPECT_EQ(options.height, 480);
     EXPECT_FLOAT_EQ(options.framesPerSecond, 29.97f);
     EXPECT_EQ(options.quality, 100);
-    UseSettings("MovieWid=2147483648\r\nMovieHgt=4294967776\r\nMovieFPS=1e999\r\n"
-                "MovieQuality=75%\r\n");
+    UseSettings(
+        "MovieWid=2147483648\r\nMovieHgt=4294967776\r\nMovieFPS=1e999\r\n"
+        "MovieQuality=75%\r\n");
     options = LoadMovieOptions(*doc);
     EXPECT_EQ(options.width, 720);
     EXPECT_EQ(options.height, 480);

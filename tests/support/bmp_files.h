@@ -68,9 +68,6 @@ inline bool WriteFlatBmp(const std::string& path, int width, int height, Rgb col
     return WriteBmp24(path, width, height, [colour](int, int) { return colour; });
 }
 
-inline FSpec PathSpec(const std::string& path)
-{
-    return PathFSpec(path.c_str());
-}
+inline FSpec PathSpec(const std::string& path) { return PathFSpec(path.c_str()); }
 
 }  // namespace pxtest

@@ -6,11 +6,9 @@
 
 #include <csignal>
 
-namespace pxtest
-{
+namespace pxtest {
 
-class FileSizeLimit
-{
+class FileSizeLimit {
 public:
     explicit FileSizeLimit(rlim_t bytes)
     {
@@ -29,7 +27,7 @@ public:
     FileSizeLimit& operator=(const FileSizeLimit&) = delete;
 
 private:
-    rlimit saved_ {};
+    rlimit saved_{};
     void (*previous_)(int) = nullptr;
 };
 

@@ -7,8 +7,7 @@
 #include "output/movie.h"
 #include "platform/file/paths.h"
 
-namespace pxtest
-{
+namespace pxtest {
 
 // The movie's duration in frame periods of 100 units; -1 when it cannot be read.
 inline long MovieFrames(const std::string& path)

@@ -11,11 +11,9 @@
 
 #include "support/temp_dir.h"
 
-namespace pxtest
-{
+namespace pxtest {
 
-class SmallDisk
-{
+class SmallDisk {
 public:
     explicit SmallDisk(unsigned long bytes) : SmallDisk(bytes, std::string()) {}
     // Mounted over the folder `at` (hiding what it held until the end), or a new folder when "".
@@ -25,8 +23,8 @@ public:
         if (mount("tmpfs", path_.c_str(), "tmpfs", MS_NOSUID | MS_NODEV, options_.c_str()) == 0)
             mounted_ = true;
         else
-            reason_ = std::string("cannot mount a small tmpfs here (") + std::strerror(errno)
-                + "); run as root or with CAP_SYS_ADMIN to test a full disk";
+            reason_ = std::string("cannot mount a small tmpfs here (") + std::strerror(errno) +
+                      "); run as root or with CAP_SYS_ADMIN to test a full disk";
     }
     ~SmallDisk()
     {
@@ -44,10 +42,9 @@ public:
     // From now on nothing can be written here.
     bool MakeReadOnly()
     {
-        return mounted_
-            && mount(nullptr, path_.c_str(), nullptr, MS_REMOUNT | MS_RDONLY | MS_NOSUID | MS_NODEV,
-                   options_.c_str())
-            == 0;
+        return mounted_ &&
+               mount(nullptr, path_.c_str(), nullptr, MS_REMOUNT | MS_RDONLY | MS_NOSUID | MS_NODEV,
+                     options_.c_str()) == 0;
     }
 
 private:

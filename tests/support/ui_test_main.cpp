@@ -1,9 +1,9 @@
 // main() for tests that need Qt: starts a QApplication on the offscreen platform first, so
 // fonts, images and widgets work without a display.
 
+#include <gtest/gtest.h>
 #include <QApplication>
 #include <cstdlib>
-#include <gtest/gtest.h>
 
 int main(int argc, char** argv)
 {

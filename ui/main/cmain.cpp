@@ -5,15 +5,15 @@
 
 #include "doc/cdoc.h"
 #include "doc/globals.h"
+#include "image/picture_import.h"
 #include "platform/base/env.h"
 #include "platform/draw/bitmap_draw.h"
-#include "image/picture_import.h"
 #include "platform/file/paths.h"
-#include "platform/task/worker.h"
 #include "platform/ini/settings.h"
+#include "platform/task/worker.h"
+#include "platform/util/text.h"
 #include "platform/wnd/cursor.h"
 #include "platform/wnd/messages.h"
-#include "platform/util/text.h"
 #include "platform/wnd/shell.h"
 #include "ui/editor_windows.h"
 #include "ui/main/edit_menu.h"
@@ -28,10 +28,7 @@ namespace {
 constexpr int kStartWidth = 640;
 constexpr int kStartHeight = 480;
 
-int EnabledFlag(bool enabled)
-{
-    return enabled ? 0 : kMenuItemDisabled;
-}
+int EnabledFlag(bool enabled) { return enabled ? 0 : kMenuItemDisabled; }
 
 }  // namespace
 

@@ -54,12 +54,6 @@ void EditorDocLink::AspectChanged()
         PostAMessage(pViewer, kMsgMoved, 0, 0);
 }
 
-void EditorDocLink::Beep()
-{
-    Sound(0);
-}
+void EditorDocLink::Beep() { Sound(0); }
 
-void EditorDocLink::ShowBusy(bool busy)
-{
-    ChangeCursor(busy ? kCursorWait : kCursorArrow);
-}
+void EditorDocLink::ShowBusy(bool busy) { ChangeCursor(busy ? kCursorWait : kCursorArrow); }

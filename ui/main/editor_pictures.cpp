@@ -24,7 +24,4 @@ bool PaintBackgroundTile(const tagRECT& rect, int /*picture*/)
 
 }  // namespace
 
-void RegisterEditorPictures()
-{
-    RegisterBitmapPainter(kBackgroundTile, PaintBackgroundTile);
-}
+void RegisterEditorPictures() { RegisterBitmapPainter(kBackgroundTile, PaintBackgroundTile); }

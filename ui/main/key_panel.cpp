@@ -21,16 +21,10 @@ constexpr long kMarkGrey = 0x808080;
 constexpr long kWhite = 0xFFFFFF;
 const char* const kZoomLabels[kZoomMarkCount] = {"100%", "50%", "25%", "10%"};
 
-int Top(const tagRECT& client)
-{
-    return client.bottom - kPanelTopFromBottom;
-}
+int Top(const tagRECT& client) { return client.bottom - kPanelTopFromBottom; }
 
 // A neutral contrast or brightness: one either side of 50 counts as none.
-bool IsNeutral(int value)
-{
-    return value >= 49 && value <= 51;
-}
+bool IsNeutral(int value) { return value >= 49 && value <= 51; }
 
 std::string Format(const char* format, int a, int b = 0, int c = 0)
 {
@@ -81,10 +75,7 @@ std::string KeyPositionLine(const KeyStruct& key)
     return Format("Pos   %d,%d", Truncate(key.XPos), Truncate(key.YPos));
 }
 
-std::string KeyWidthLine(const KeyStruct& key)
-{
-    return Format("Wid  %d", Truncate(key.Width));
-}
+std::string KeyWidthLine(const KeyStruct& key) { return Format("Wid  %d", Truncate(key.Width)); }
 
 std::string KeyRotationLine(const KeyStruct& key)
 {
@@ -121,7 +112,8 @@ std::string SummaryLine(const PanelSummary& summary)
     std::string line;
     if (!summary.slatewhirl) {
         char rate[32];
-        std::snprintf(rate, sizeof rate, "%.2f fps", static_cast<double>(summary.frameRate) / 100.0);
+        std::snprintf(rate, sizeof rate, "%.2f fps",
+                      static_cast<double>(summary.frameRate) / 100.0);
         line = rate;
     }
     if (summary.draft)

@@ -13,7 +13,7 @@
 
 class CDoc;
 
-constexpr int kPanelTile = 128;       // the panel is cleared with one 128 x 128 background tile
+constexpr int kPanelTile = 128;  // the panel is cleared with one 128 x 128 background tile
 constexpr int kPanelTopFromBottom = 85;
 constexpr int kZoomMarkCount = 4;
 
@@ -38,7 +38,7 @@ struct PanelSummary {
     int contrast = 50;    // 0..255, 50 neutral
     int brightness = 50;  // 0..255, 50 neutral
     bool videoSafe = false;
-    int pictureBits = 24;  // bits per pixel of the current picture
+    int pictureBits = 24;     // bits per pixel of the current picture
     std::string pictureName;  // the current picture's file name, folder and extension left out
     bool slatewhirl = false;
 };

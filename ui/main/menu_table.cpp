@@ -5,10 +5,7 @@
 
 namespace {
 
-int Check(bool on)
-{
-    return on ? kMenuItemChecked : 0;
-}
+int Check(bool on) { return on ? kMenuItemChecked : 0; }
 
 int Setting(const char* key, long defaultValue)
 {

@@ -19,8 +19,8 @@
 
 namespace {
 
-constexpr long kStageStyle = 99;  // a child with both scroll bars
-constexpr int kScrollStep = 60;   // pixels a wheel notch scrolls
+constexpr long kStageStyle = 99;         // a child with both scroll bars
+constexpr int kScrollStep = 60;          // pixels a wheel notch scrolls
 constexpr long kUnderStroke = 0xFFFFFF;  // white under the black stroke
 constexpr long kBlack = 0;
 constexpr long kPathColour = 0xFFFFFF;
@@ -235,8 +235,9 @@ void CStage::DoubleClick(int x, int y)
         tagRECT client;
         GetClientRect(client);
         KeyStruct copy = currentKey;
-        if (pTime->EditKey(copy, x + kEditorRight,
-                           std::min(y + kEditorBelow, static_cast<int>(client.bottom) - kEditorRoomAtBottom)))
+        if (pTime->EditKey(
+                copy, x + kEditorRight,
+                std::min(y + kEditorBelow, static_cast<int>(client.bottom) - kEditorRoomAtBottom)))
             currentKey = copy;
     }
     Redraw();
@@ -324,9 +325,11 @@ void CStage::OnDraw()
     // picture then covers its part of it.
     tagRECT seen = {scrollX, scrollY, scrollX + client.right, scrollY + client.bottom};
     DrawBar(kStageGround, seen);
-    for (int gx = seen.left / kStageGridStep * kStageGridStep; gx < seen.right; gx += kStageGridStep)
+    for (int gx = seen.left / kStageGridStep * kStageGridStep; gx < seen.right;
+         gx += kStageGridStep)
         DrawLine(kStageGrid, gx, seen.top, gx, seen.bottom, 1);
-    for (int gy = seen.top / kStageGridStep * kStageGridStep; gy < seen.bottom; gy += kStageGridStep)
+    for (int gy = seen.top / kStageGridStep * kStageGridStep; gy < seen.bottom;
+         gy += kStageGridStep)
         DrawLine(kStageGrid, seen.left, gy, seen.right, gy, 1);
     if (pDoc && pictureWidth > 0 && pictureHeight > 0) {
         tagRECT picture = {originX, originY,

@@ -73,8 +73,8 @@ void DragKey(KeyStruct& key, const StageDrag& drag, float scale, const tagPOINT&
     }
 }
 
-StageKeyResult StageKey(KeyStruct& key, long code, bool option, int pictureWidth,
-                        int pictureHeight, float aspect)
+StageKeyResult StageKey(KeyStruct& key, long code, bool option, int pictureWidth, int pictureHeight,
+                        float aspect)
 {
     float w = static_cast<float>(pictureWidth);
     float h = static_cast<float>(pictureHeight);

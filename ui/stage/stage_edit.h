@@ -32,5 +32,5 @@ enum class StageKeyResult {
 
 // The arrow, page and Home keys, plain or with Option, on a picture of pictureWidth by
 // pictureHeight.
-StageKeyResult StageKey(KeyStruct& key, long code, bool option, int pictureWidth,
-                        int pictureHeight, float aspect);
+StageKeyResult StageKey(KeyStruct& key, long code, bool option, int pictureWidth, int pictureHeight,
+                        float aspect);

@@ -8,7 +8,7 @@ namespace {
 
 constexpr int kSmallestTolerance = 4;
 constexpr int kSmallestCrossArm = 4;
-constexpr int kHandleOffset = 7;   // the rotation handle sits this far inside the top-left corner
+constexpr int kHandleOffset = 7;  // the rotation handle sits this far inside the top-left corner
 constexpr int kMarkerReach = 7;
 
 bool Within(int x, int y, const tagPOINT& p, int reach)
@@ -46,15 +46,9 @@ StageFrame FrameOf(const KeyStruct& key, const StageView& view)
     return f;
 }
 
-int GrabTolerance(int hw)
-{
-    return hw > 23 ? hw / 6 : kSmallestTolerance;
-}
+int GrabTolerance(int hw) { return hw > 23 ? hw / 6 : kSmallestTolerance; }
 
-int CrossArm(int hw)
-{
-    return hw < 40 ? kSmallestCrossArm : hw >> 3;
-}
+int CrossArm(int hw) { return hw < 40 ? kSmallestCrossArm : hw >> 3; }
 
 int StageHit(const StageFrame& frame, int x, int y, long flags)
 {

@@ -23,10 +23,10 @@ constexpr long kStageTiltFlag = 64;   // the rotation handle tilts instead
 
 // How the stage maps picture pixels to window pixels.
 struct StageView {
-    float scale = 0.5f;   // stage pixels per picture pixel
-    int scrollX = 0;      // scroll bars' values
+    float scale = 0.5f;  // stage pixels per picture pixel
+    int scrollX = 0;     // scroll bars' values
     int scrollY = 0;
-    int originX = 0;      // the picture's top-left corner on the canvas
+    int originX = 0;  // the picture's top-left corner on the canvas
     int originY = 0;
     float aspect = 0.75f;  // frame height per width
 };
@@ -34,10 +34,10 @@ struct StageView {
 // The frame of one key in window pixels.
 struct StageFrame {
     tagPOINT centre;
-    int hw;             // half width
-    int hh;             // half height
+    int hw;              // half width
+    int hh;              // half height
     tagPOINT corner[4];  // top-left, top-right, bottom-right, bottom-left, rotated
-    tagPOINT handle;    // centre of the rotation handle, rotated
+    tagPOINT handle;     // centre of the rotation handle, rotated
 };
 
 // Where the picture's corner sits when centred: max(0, (client - trunc(size x scale)) / 2).

@@ -76,15 +76,9 @@ CTime::~CTime()
         pTime = nullptr;
 }
 
-long CTime::ToPix(long frame) const
-{
-    return TimelineToPix(frame, scale);
-}
+long CTime::ToPix(long frame) const { return TimelineToPix(frame, scale); }
 
-long CTime::FromPix(long x) const
-{
-    return TimelineFromPix(x, scale);
-}
+long CTime::FromPix(long x) const { return TimelineFromPix(x, scale); }
 
 void CTime::SetMaxTime(long length)
 {
@@ -105,10 +99,7 @@ void CTime::Layout()
     SetViewScrollRange(extent, 0);
 }
 
-void CTime::Refresh()
-{
-    Redraw();
-}
+void CTime::Refresh() { Redraw(); }
 
 // --- Drawing ----------------------------------------------------------------------------------
 
@@ -243,7 +234,8 @@ void CTime::MoveDragMark(long x)
     // transition the length its box stands for (its width less 4 pixels at the scale).
     if (pViewer && pDoc) {
         bool transition = press.drag == TimelineDrag::kTransition;
-        pViewer->ShowCode(transition ? FromPix(x - ToPix(pDoc->GetPicStart(press.pic))) : FromPix(x));
+        pViewer->ShowCode(transition ? FromPix(x - ToPix(pDoc->GetPicStart(press.pic)))
+                                     : FromPix(x));
     }
 }
 

@@ -47,11 +47,11 @@ public:
     // pixels left of the pointer (not left of 8), near the stage's bottom.
     tagPOINT KeyEditorPlace(int windowX) const;
 
-    int scale = 30;  // frames per 60 pixels
-    int extent = 0;  // scrollable width in pixels
-    TimelinePress press;   // the drag under way (kNone: none)
-    long downX = 0;        // content x of the button-down
-    long markX = -1;       // content x of the drag mark on screen, -1 none
+    int scale = 30;       // frames per 60 pixels
+    int extent = 0;       // scrollable width in pixels
+    TimelinePress press;  // the drag under way (kNone: none)
+    long downX = 0;       // content x of the button-down
+    long markX = -1;      // content x of the drag mark on screen, -1 none
 
 private:
     void Layout();

@@ -12,9 +12,17 @@ namespace {
 
 constexpr const char* kTitle = "Set KeyFrame Options";
 constexpr const char* kDescriptions[kKeyDialogRows] = {
-    "Horizontal Position", "Vertical Position", "Width", "Rotation",
-    "@REases|Use Default", "@RIn & Out", "@RIn", "@ROut", "@RNone",
-    "@SEase Speed", "@CNo Curves",
+    "Horizontal Position",
+    "Vertical Position",
+    "Width",
+    "Rotation",
+    "@REases|Use Default",
+    "@RIn & Out",
+    "@RIn",
+    "@ROut",
+    "@RNone",
+    "@SEase Speed",
+    "@CNo Curves",
 };
 constexpr int kEaseButtons = 5;
 

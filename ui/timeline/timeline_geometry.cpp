@@ -30,15 +30,9 @@ long TimelineFromPix(long x, int scale)
     return std::max((x - kTimelineAxisStart) * std::max(scale, 1) / 60, 0L);
 }
 
-int KeyPickTolerance(int scale)
-{
-    return scale < 8 ? scale / 2 : 4;
-}
+int KeyPickTolerance(int scale) { return scale < 8 ? scale / 2 : 4; }
 
-int KeyDropTolerance(int scale)
-{
-    return scale <= 9 ? scale / 2 : 5;
-}
+int KeyDropTolerance(int scale) { return scale <= 9 ? scale / 2 : 5; }
 
 TimelineKeyHit FindTimelineKey(const CDoc& doc, int scale, long x, long y)
 {

@@ -44,8 +44,8 @@ CView::CView(CPWnd* ownerWindow) : owner(ownerWindow)
     tvSafe = GetIniItem("ShowTVSafe", 0) != 0;
     dualScreen = GetIniItem("DualScreenViewer", 0) != 0;
     // Whole ticks per frame: 2 at 60 ticks a second for every offered rate.
-    ticksPerFrame = static_cast<int32_t>(
-        std::max(1L, GetMilliTimeFreq() * 100 / std::max(1L, gFrameRate)));
+    ticksPerFrame =
+        static_cast<int32_t>(std::max(1L, GetMilliTimeFreq() * 100 / std::max(1L, gFrameRate)));
     if (!Create(ownerWindow, kViewerStyle))
         return;
     tagRECT outer = {0, 0, 640, 480};
@@ -163,8 +163,7 @@ void CView::PlayLoop(bool force)
         if (msg == kMsgKeyDown)
             break;
         if (msg == kMsgButtonUp) {
-            if (window != nullptr && pTime != nullptr &&
-                window == static_cast<CPWnd*>(pTime)) {
+            if (window != nullptr && pTime != nullptr && window == static_cast<CPWnd*>(pTime)) {
                 gCurFrame = pTime->FromPix(point.x);
                 startFrame = static_cast<int32_t>(gCurFrame);
                 startTick = static_cast<int32_t>(GetMilliTime());

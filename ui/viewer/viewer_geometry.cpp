@@ -30,8 +30,8 @@ tagRECT ViewerFittedRect(const tagRECT& rect, float aspect, int captionHeight)
 {
     tagRECT fitted = rect;
     long width = static_cast<long>(rect.right) - rect.left;
-    fitted.bottom = rect.top + static_cast<int>(static_cast<float>(width) * aspect) + captionHeight +
-                    kViewerStrip;
+    fitted.bottom = rect.top + static_cast<int>(static_cast<float>(width) * aspect) +
+                    captionHeight + kViewerStrip;
     return fitted;
 }
 

@@ -7,11 +7,11 @@
 
 #include "platform/base/types.h"
 
-constexpr int kViewerStrip = 24;        // rows of the control strip under the picture
-constexpr int kViewerButtonSize = 19;   // the transport and add-key buttons are squares
-constexpr int kViewerCodeWidth = 80;    // the timecode box
-constexpr int kViewerMinWidth = 80;     // no viewer is narrower
-constexpr long kViewerMinPlace = 32;    // a stored top or left below this reads as this
+constexpr int kViewerStrip = 24;       // rows of the control strip under the picture
+constexpr int kViewerButtonSize = 19;  // the transport and add-key buttons are squares
+constexpr int kViewerCodeWidth = 80;   // the timecode box
+constexpr int kViewerMinWidth = 80;    // no viewer is narrower
+constexpr long kViewerMinPlace = 32;   // a stored top or left below this reads as this
 
 // A setting that was never stored.
 constexpr long kNotStored = -2147483647L - 1;

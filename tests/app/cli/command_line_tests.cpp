@@ -9,10 +9,7 @@
 
 namespace {
 
-CommandLine Parse(std::vector<std::string> arguments)
-{
-    return ParseCommandLine(arguments);
-}
+CommandLine Parse(std::vector<std::string> arguments) { return ParseCommandLine(arguments); }
 
 TEST(CommandLine, NoArgumentsOpensTheEditor)
 {
@@ -24,9 +21,9 @@ TEST(CommandLine, NoArgumentsOpensTheEditor)
 
 TEST(CommandLine, RenderTakesEveryOption)
 {
-    CommandLine line = Parse({"--render", "demo.plx", "-o", "out.mov", "--size", "1280x720", "--fps", "25",
-                              "--start", "00:00:02:00", "--end", "10:00", "--quality", "80", "--fields",
-                              "--reverse", "--codec", "png"});
+    CommandLine line = Parse({"--render", "demo.plx", "-o", "out.mov", "--size", "1280x720",
+                              "--fps", "25", "--start", "00:00:02:00", "--end", "10:00",
+                              "--quality", "80", "--fields", "--reverse", "--codec", "png"});
     ASSERT_EQ(line.kind, CommandKind::kRender) << line.error;
     EXPECT_EQ(line.shows, std::vector<std::string>{"demo.plx"});
     EXPECT_EQ(line.output, "out.mov");
@@ -70,10 +67,32 @@ TEST(CommandLine, HelpWinsOverEverythingElse)
     EXPECT_EQ(Parse({"--render", "x.plx", "--help"}).kind, CommandKind::kHelp);
     EXPECT_EQ(Parse({"-h"}).kind, CommandKind::kHelp);
     std::string text = UsageText();
-    for (const char* option : {"--render", "-o", "--size", "--fps", "--start", "--end", "--quality", "--fields",
-                               "--reverse", "--codec", "--still", "--help", "--settings", "--hold", "--aspect",
-                               "--progress", "--quiet", "--version", "Exit codes", "129", "130", "143",
-                               "default 1920x1080", "default 29.97", "default avc1", "default 100"})
+    for (const char* option : {"--render",
+                               "-o",
+                               "--size",
+                               "--fps",
+                               "--start",
+                               "--end",
+                               "--quality",
+                               "--fields",
+                               "--reverse",
+                               "--codec",
+                               "--still",
+                               "--help",
+                               "--settings",
+                               "--hold",
+                               "--aspect",
+                               "--progress",
+                               "--quiet",
+                               "--version",
+                               "Exit codes",
+                               "129",
+                               "130",
+                               "143",
+                               "default 1920x1080",
+                               "default 29.97",
+                               "default avc1",
+                               "default 100"})
         EXPECT_NE(text.find(option), std::string::npos) << option;
 }
 
@@ -95,7 +114,8 @@ TEST(CommandLine, MistakesAreRefusedWithWhatWasWrong)
     ExpectUsageError({"--render", "x.plx", "-o", "y.mov", "--fps", "-3"}, "--fps");
     ExpectUsageError({"--render", "x.plx", "-o", "y.mov", "--quality", "101"}, "--quality");
     ExpectUsageError({"--render", "x.plx", "-o", "y.mov", "--codec", "h264x"}, "--codec");
-    ExpectUsageError({"--render", "x.plx", "-o", "y.mov", "--frobnicate"}, "unknown option --frobnicate");
+    ExpectUsageError({"--render", "x.plx", "-o", "y.mov", "--frobnicate"},
+                     "unknown option --frobnicate");
     ExpectUsageError({"a.plx", "b.plx"}, "more than one show");
     ExpectUsageError({"--still", "3", "-o", "f.tga"}, "no show file");
 }
@@ -113,17 +133,20 @@ TEST(CommandLine, FramesAreNumbersOfDigitsOrTimecodesWithColons)
     ASSERT_TRUE(ParseFrameText("5:00", &frame));
     EXPECT_EQ(frame.fields[2], 5);
     EXPECT_EQ(frame.fields[3], 0);
-    for (const char* wrong : {"abc", "", "-5", "+5", "1.5", "12a", "1:2:3:4:5", "99:99:99:99", "00:60:00", ":",
-                              "1::2", "123:00", "1234567890"})
+    for (const char* wrong : {"abc", "", "-5", "+5", "1.5", "12a", "1:2:3:4:5", "99:99:99:99",
+                              "00:60:00", ":", "1::2", "123:00", "1234567890"})
         EXPECT_FALSE(ParseFrameText(wrong, &frame)) << wrong;
 }
 
 TEST(CommandLine, StillThatIsNoFrameIsAUsageError)
 {
-    ExpectUsageError({"--render", "x.plx", "--still", "abc", "-o", "f.tga"},
-                     "--still needs a frame number (digits only, e.g. 150) or a timecode with colons");
-    ExpectUsageError({"--render", "x.plx", "--start", "99:99:99:99", "-o", "f.mov"}, "not '99:99:99:99'");
-    ExpectUsageError({"--render", "x.plx", "--hold", "1.5", "-o", "f.mov"}, "--hold needs a frame number");
+    ExpectUsageError(
+        {"--render", "x.plx", "--still", "abc", "-o", "f.tga"},
+        "--still needs a frame number (digits only, e.g. 150) or a timecode with colons");
+    ExpectUsageError({"--render", "x.plx", "--start", "99:99:99:99", "-o", "f.mov"},
+                     "not '99:99:99:99'");
+    ExpectUsageError({"--render", "x.plx", "--hold", "1.5", "-o", "f.mov"},
+                     "--hold needs a frame number");
 }
 
 TEST(CommandLine, AspectsAreNamedShapesOrWidthToHeight)
@@ -139,13 +162,14 @@ TEST(CommandLine, AspectsAreNamedShapesOrWidthToHeight)
     EXPECT_DOUBLE_EQ(aspect.ratio, 0.5);
     for (const char* wrong : {"wide", "4x3", "0:3", "4:0", "4:", "1000:1"})
         EXPECT_FALSE(ParseAspect(wrong, &aspect)) << wrong;
-    ExpectUsageError({"--render", "x.plx", "-o", "y.mov", "--aspect", "wide"}, "--aspect needs 4:3, 16:9, 16:9L");
+    ExpectUsageError({"--render", "x.plx", "-o", "y.mov", "--aspect", "wide"},
+                     "--aspect needs 4:3, 16:9, 16:9L");
 }
 
 TEST(CommandLine, ProgressQuietVersionSettingsAndBatch)
 {
-    CommandLine line = Parse({"--render", "a.plx", "b.plx", "-o", "out/", "--progress", "json", "--quiet",
-                              "--settings", "my.ini"});
+    CommandLine line = Parse({"--render", "a.plx", "b.plx", "-o", "out/", "--progress", "json",
+                              "--quiet", "--settings", "my.ini"});
     ASSERT_EQ(line.kind, CommandKind::kRender) << line.error;
     EXPECT_EQ(line.shows, (std::vector<std::string>{"a.plx", "b.plx"}));
     EXPECT_EQ(line.progress, ProgressStyle::kJson);
@@ -153,8 +177,10 @@ TEST(CommandLine, ProgressQuietVersionSettingsAndBatch)
     EXPECT_EQ(*line.settings, "my.ini");
     EXPECT_EQ(Parse({"--version"}).kind, CommandKind::kVersion);
     EXPECT_EQ(VersionText().rfind("parallaxotron ", 0), 0u);
-    ExpectUsageError({"--render", "x.plx", "-o", "y.mov", "--progress", "dots"}, "--progress needs bar, lines or json");
-    ExpectUsageError({"--render", "a.plx", "b.plx", "--still", "3", "-o", "f.tga"}, "--still renders one show");
+    ExpectUsageError({"--render", "x.plx", "-o", "y.mov", "--progress", "dots"},
+                     "--progress needs bar, lines or json");
+    ExpectUsageError({"--render", "a.plx", "b.plx", "--still", "3", "-o", "f.tga"},
+                     "--still renders one show");
 }
 
 }  // namespace

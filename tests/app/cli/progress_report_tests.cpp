@@ -34,7 +34,9 @@ std::string Report(ProgressStyle style, bool quiet, long frames, long total)
 TEST(ProgressReport, LinesEndWithTheLastFrame)
 {
     std::string said = Report(ProgressStyle::kLines, false, 4, 4);
-    std::string last = said.substr(said.rfind('\n', said.size() - 2) == std::string::npos ? 0 : said.rfind('\n', said.size() - 2) + 1);
+    std::string last = said.substr(said.rfind('\n', said.size() - 2) == std::string::npos
+                                       ? 0
+                                       : said.rfind('\n', said.size() - 2) + 1);
     EXPECT_EQ(last.rfind("frame 4 of 4, ", 0), 0u) << said;
     EXPECT_NE(said.find("Time to go: 00:00\n"), std::string::npos) << said;
     EXPECT_EQ(said.find('\r'), std::string::npos) << said;

@@ -9,9 +9,9 @@
 #include <filesystem>
 #include <string>
 
-#include <csignal>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <csignal>
 
 #include "app/cli/command_line.h"
 #include "app/cli/render_command.h"
@@ -29,10 +29,7 @@
 
 namespace {
 
-std::string DemoFolder()
-{
-    return PX_SOURCE_DIR "/resources/demo";
-}
+std::string DemoFolder() { return PX_SOURCE_DIR "/resources/demo"; }
 
 class RenderCommand : public testing::Test {
 protected:
@@ -43,7 +40,8 @@ protected:
     int Run(std::vector<std::string> arguments)
     {
         CommandLine line = ParseCommandLine(arguments);
-        EXPECT_TRUE(line.kind == CommandKind::kRender || line.kind == CommandKind::kStill) << line.error;
+        EXPECT_TRUE(line.kind == CommandKind::kRender || line.kind == CommandKind::kStill)
+            << line.error;
         std::FILE* err = std::tmpfile();
         int code = RunRenderCommand(line, err);
         std::fflush(err);
@@ -104,7 +102,8 @@ TEST_F(RenderCommand, UnreadablePictureExitsWithItsName)
     EXPECT_EQ(code, kExitFailed);
     // One line, with the picture loader's own words.
     EXPECT_NE(said.find("parallaxotron: picture "), std::string::npos) << said;
-    EXPECT_NE(said.find(".png of " + dir.File("lonely.plx") + ": Can't open graphics file\n"), std::string::npos)
+    EXPECT_NE(said.find(".png of " + dir.File("lonely.plx") + ": Can't open graphics file\n"),
+              std::string::npos)
         << said;
     EXPECT_EQ(std::count(said.begin(), said.end(), '\n'), 1) << said;
     EXPECT_FALSE(pxtest::FileExists(dir.File("out.mov")));
@@ -122,7 +121,8 @@ TEST_F(RenderCommand, UnknownCodecExitsWithTheCodecsThisBuildWrites)
 TEST_F(RenderCommand, UnwritableOutputExitsWithItsMessage)
 {
     std::string out = dir.File("missing/folder/out.mov");
-    int code = Run({"--render", demo, "-o", out, "--size", "64x48", "--end", "2", "--codec", "png"});
+    int code =
+        Run({"--render", demo, "-o", out, "--size", "64x48", "--end", "2", "--codec", "png"});
     EXPECT_EQ(code, kExitFailed);
     EXPECT_NE(said.find("cannot write movie " + out + ": "), std::string::npos) << said;
     EXPECT_NE(said.find("No such file or directory"), std::string::npos) << said;
@@ -132,10 +132,12 @@ TEST_F(RenderCommand, CtrlCKeepsAPlayableMovieOfTheFramesSoFar)
 {
     std::string out = dir.File("stopped.mov");
     StopAfterFrames(5);
-    int code = Run({"--render", demo, "-o", out, "--size", "64x48", "--end", "40", "--codec", "png"});
+    int code =
+        Run({"--render", demo, "-o", out, "--size", "64x48", "--end", "40", "--codec", "png"});
     EXPECT_EQ(code, 130) << said;
     EXPECT_EQ(pxtest::MovieFrames(out), 5);
-    EXPECT_NE(said.find("Stopped by SIGINT: " + out + " holds the 5 frames made so far"), std::string::npos)
+    EXPECT_NE(said.find("Stopped by SIGINT: " + out + " holds the 5 frames made so far"),
+              std::string::npos)
         << said;
 }
 
@@ -159,7 +161,8 @@ TEST_F(RenderCommand, StillRefusesAnotherKindOfPicture)
 
 TEST_F(RenderCommand, RenderLeavesTheUsersSettingsFileUntouched)
 {
-    // A preferences folder of the test's own, holding settings the show and the options differ from.
+    // A preferences folder of the test's own, holding settings the show and the options differ
+    // from.
     const char* config = std::getenv("XDG_CONFIG_HOME");
     std::string savedConfig = config ? config : "";
     pxtest::TempDir preferences;
@@ -170,7 +173,8 @@ TEST_F(RenderCommand, RenderLeavesTheUsersSettingsFileUntouched)
     ASSERT_TRUE(pxtest::WriteText(settings, before));
 
     std::string out = dir.File("settings.mov");
-    int code = Run({"--render", demo, "-o", out, "--size", "64x48", "--end", "2", "--codec", "png"});
+    int code =
+        Run({"--render", demo, "-o", out, "--size", "64x48", "--end", "2", "--codec", "png"});
     std::string after = pxtest::ReadText(settings);
     if (config)
         setenv("XDG_CONFIG_HOME", savedConfig.c_str(), 1);
@@ -225,10 +229,12 @@ TEST_F(RenderCommand, DefaultsAreBuiltInNotTheEditorsAndItsFileIsLeftAlone)
 TEST_F(RenderCommand, SettingsFileGivesTheEditorsChoicesWhenAskedAndStaysUnwritten)
 {
     std::string settings = dir.File("my.ini");
-    std::string text = "[Parallaxotron]\r\nMovieWid=96\r\nMovieHgt=54\r\nMovieHold=00:00:02\r\nCodecType=png \r\n";
+    std::string text =
+        "[Parallaxotron]\r\nMovieWid=96\r\nMovieHgt=54\r\nMovieHold=00:00:02\r\nCodecType=png \r\n";
     ASSERT_TRUE(pxtest::WriteText(settings, text));
     std::string out = dir.File("remembered.mov");
-    ASSERT_EQ(Run({"--render", demo, "-o", out, "--end", "3", "--settings", settings}), kExitMade) << said;
+    ASSERT_EQ(Run({"--render", demo, "-o", out, "--end", "3", "--settings", settings}), kExitMade)
+        << said;
     FFMovieFacts facts;
     ASSERT_TRUE(FFProbeMovieFile(out.c_str(), &facts));
     EXPECT_EQ(facts.width, 96);
@@ -242,9 +248,12 @@ TEST_F(RenderCommand, HoldAppliesOnlyWhereAsked)
 {
     std::string plain = dir.File("plain.mov");
     std::string held = dir.File("held.mov");
-    ASSERT_EQ(Run({"--render", demo, "-o", plain, "--size", "64x48", "--end", "4", "--codec", "png"}), kExitMade)
+    ASSERT_EQ(
+        Run({"--render", demo, "-o", plain, "--size", "64x48", "--end", "4", "--codec", "png"}),
+        kExitMade)
         << said;
-    ASSERT_EQ(Run({"--render", demo, "-o", held, "--size", "64x48", "--end", "4", "--codec", "png", "--hold", "3"}),
+    ASSERT_EQ(Run({"--render", demo, "-o", held, "--size", "64x48", "--end", "4", "--codec", "png",
+                   "--hold", "3"}),
               kExitMade)
         << said;
     EXPECT_EQ(pxtest::MovieFrames(plain), 4);
@@ -256,8 +265,11 @@ TEST_F(RenderCommand, FrameNumbersAreFramesAndTimecodesAreTimecodes)
     std::string number = dir.File("number.tga");
     std::string timecode = dir.File("timecode.tga");
     // At the demo's 29.97 (counted as 30 a second), frame 150 is 00:00:05:00.
-    ASSERT_EQ(Run({"--render", demo, "--still", "150", "-o", number, "--size", "48x36"}), kExitMade) << said;
-    ASSERT_EQ(Run({"--render", demo, "--still", "00:05:00", "-o", timecode, "--size", "48x36"}), kExitMade) << said;
+    ASSERT_EQ(Run({"--render", demo, "--still", "150", "-o", number, "--size", "48x36"}), kExitMade)
+        << said;
+    ASSERT_EQ(Run({"--render", demo, "--still", "00:05:00", "-o", timecode, "--size", "48x36"}),
+              kExitMade)
+        << said;
     EXPECT_EQ(pxtest::ReadBytes(number), pxtest::ReadBytes(timecode));
     EXPECT_NE(said.find("Wrote frame 150 to"), std::string::npos) << said;
 }
@@ -265,7 +277,8 @@ TEST_F(RenderCommand, FrameNumbersAreFramesAndTimecodesAreTimecodes)
 TEST_F(RenderCommand, LetterboxAspectPaintsBarsAndTheDefaultFollowsTheSize)
 {
     std::string boxed = dir.File("boxed.bmp");
-    ASSERT_EQ(Run({"--render", demo, "--still", "10", "-o", boxed, "--size", "64x48", "--aspect", "16:9L"}),
+    ASSERT_EQ(Run({"--render", demo, "--still", "10", "-o", boxed, "--size", "64x48", "--aspect",
+                   "16:9L"}),
               kExitMade)
         << said;
     CDIB picture(1, 1, 24);
@@ -282,14 +295,14 @@ TEST_F(RenderCommand, LetterboxAspectPaintsBarsAndTheDefaultFollowsTheSize)
 
 TEST_F(RenderCommand, JsonProgressIsOneObjectALineAndQuietSaysNothing)
 {
-    ASSERT_EQ(Run({"--render", demo, "-o", dir.File("json.mov"), "--size", "64x48", "--end", "3", "--codec", "png",
-                   "--progress", "json"}),
+    ASSERT_EQ(Run({"--render", demo, "-o", dir.File("json.mov"), "--size", "64x48", "--end", "3",
+                   "--codec", "png", "--progress", "json"}),
               kExitMade)
         << said;
     EXPECT_NE(said.find("{\"frame\":3,\"total\":3,\"fps\":"), std::string::npos) << said;
     EXPECT_NE(said.find(",\"eta_s\":0}\n"), std::string::npos) << said;
-    ASSERT_EQ(Run({"--render", demo, "-o", dir.File("quiet.mov"), "--size", "64x48", "--end", "3", "--codec", "png",
-                   "--quiet"}),
+    ASSERT_EQ(Run({"--render", demo, "-o", dir.File("quiet.mov"), "--size", "64x48", "--end", "3",
+                   "--codec", "png", "--quiet"}),
               kExitMade)
         << said;
     EXPECT_EQ(said, "");
@@ -300,8 +313,8 @@ TEST_F(RenderCommand, BatchWritesEachShowIntoTheFolder)
     ASSERT_TRUE(pxtest::WriteTwoPictureShow(dir.Path(), "first.plx", 6, 2.0f));
     ASSERT_TRUE(pxtest::WriteTwoPictureShow(dir.Path(), "second.plx", 4, 2.0f));
     std::filesystem::create_directory(dir.File("movies"));
-    ASSERT_EQ(Run({"--render", dir.File("first.plx"), dir.File("second.plx"), "-o", dir.File("movies/"), "--size",
-                   "32x24", "--codec", "png"}),
+    ASSERT_EQ(Run({"--render", dir.File("first.plx"), dir.File("second.plx"), "-o",
+                   dir.File("movies/"), "--size", "32x24", "--codec", "png"}),
               kExitMade)
         << said;
     EXPECT_EQ(pxtest::MovieFrames(dir.File("movies/first.mov")), 12);
@@ -321,13 +334,15 @@ TEST_F(RenderCommand, EmptyRangeIsRefusedAndNothingIsWritten)
 
 TEST_F(RenderCommand, RangeOutsideTheShowIsRefused)
 {
-    EXPECT_EQ(Run({"--render", demo, "-o", dir.File("late.mov"), "--start", "01:00:00:00"}), kExitUsage);
+    EXPECT_EQ(Run({"--render", demo, "-o", dir.File("late.mov"), "--start", "01:00:00:00"}),
+              kExitUsage);
     EXPECT_NE(said.find("--start 01:00:00:00 is outside the show"), std::string::npos) << said;
     EXPECT_EQ(Run({"--render", demo, "-o", dir.File("late.mov"), "--end", "5000"}), kExitUsage);
     EXPECT_NE(said.find("--end 5000 is outside the show"), std::string::npos) << said;
     EXPECT_EQ(Run({"--render", demo, "--still", "99999", "-o", dir.File("late.tga")}), kExitUsage);
     EXPECT_NE(said.find("--still 99999 is outside the show"), std::string::npos) << said;
-    EXPECT_EQ(Run({"--render", demo, "--still", "00:01:45", "-o", dir.File("late.tga")}), kExitUsage);
+    EXPECT_EQ(Run({"--render", demo, "--still", "00:01:45", "-o", dir.File("late.tga")}),
+              kExitUsage);
     EXPECT_NE(said.find("the frames of a timecode run 00 to 29"), std::string::npos) << said;
 }
 
@@ -358,15 +373,19 @@ TEST_F(RenderCommand, FullDiskFailsWithItsReasonAndKeepsThePreviousMovie)
     if (!disk.Mounted())
         GTEST_SKIP() << disk.Reason();
     std::string out = disk.File("movie.mov");
-    ASSERT_EQ(Run({"--render", demo, "-o", out, "--size", "64x48", "--end", "2", "--codec", "png"}), kExitMade)
+    ASSERT_EQ(Run({"--render", demo, "-o", out, "--size", "64x48", "--end", "2", "--codec", "png"}),
+              kExitMade)
         << said;
     std::vector<unsigned char> previous = pxtest::ReadBytes(out);
-    EXPECT_EQ(Run({"--render", demo, "-o", out, "--size", "256x192", "--end", "30", "--codec", "raw"}),
-              kExitFailed);
-    EXPECT_NE(said.find("parallaxotron: writing movie " + out + " failed: "), std::string::npos) << said;
+    EXPECT_EQ(
+        Run({"--render", demo, "-o", out, "--size", "256x192", "--end", "30", "--codec", "raw"}),
+        kExitFailed);
+    EXPECT_NE(said.find("parallaxotron: writing movie " + out + " failed: "), std::string::npos)
+        << said;
     EXPECT_NE(said.find("No space left on device"), std::string::npos) << said;
     EXPECT_EQ(pxtest::ReadBytes(out), previous);
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(disk.Path()), {}), 1) << "no temporary file left";
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(disk.Path()), {}), 1)
+        << "no temporary file left";
 }
 
 TEST_F(RenderCommand, FullDiskStillFailsAndKeepsThePreviousPicture)
@@ -389,8 +408,10 @@ TEST_F(RenderCommand, ReadOnlyFolderFailsWithItsReasonAndKeepsThePreviousMovie)
     std::string out = disk.File("movie.mov");
     ASSERT_TRUE(pxtest::WriteText(out, "previous movie"));
     ASSERT_TRUE(disk.MakeReadOnly());
-    EXPECT_EQ(Run({"--render", demo, "-o", out, "--size", "64x48", "--end", "2", "--codec", "png"}), kExitFailed);
-    EXPECT_NE(said.find("parallaxotron: cannot write movie " + out + ": "), std::string::npos) << said;
+    EXPECT_EQ(Run({"--render", demo, "-o", out, "--size", "64x48", "--end", "2", "--codec", "png"}),
+              kExitFailed);
+    EXPECT_NE(said.find("parallaxotron: cannot write movie " + out + ": "), std::string::npos)
+        << said;
     EXPECT_NE(said.find("Read-only file system"), std::string::npos) << said;
     EXPECT_EQ(pxtest::ReadText(out), "previous movie");
 }
@@ -417,7 +438,8 @@ TEST_F(RenderCommand, StillReplacesALongerOlderFileWhole)
 {
     std::string out = dir.File("frame.bmp");
     ASSERT_TRUE(pxtest::WriteBytes(out, std::vector<unsigned char>(100000, 0xEE)));
-    ASSERT_EQ(Run({"--render", demo, "--still", "5", "-o", out, "--size", "16x16"}), kExitMade) << said;
+    ASSERT_EQ(Run({"--render", demo, "--still", "5", "-o", out, "--size", "16x16"}), kExitMade)
+        << said;
     EXPECT_LT(pxtest::ReadBytes(out).size(), 2000u);
 }
 

@@ -3,12 +3,12 @@
 
 #include "app/start/editor_start.h"
 
+#include <gtest/gtest.h>
 #include <QApplication>
 #include <QTimer>
 #include <QWidget>
 #include <cstdlib>
 #include <filesystem>
-#include <gtest/gtest.h>
 #include <string>
 
 #include "doc/cdoc.h"

@@ -10,10 +10,7 @@
 // Under the address sanitizer, a failed allocation answers null here as it does in the program,
 // instead of stopping the test.
 extern "C" const char* __asan_default_options();
-extern "C" const char* __asan_default_options()
-{
-    return "allocator_may_return_null=1";
-}
+extern "C" const char* __asan_default_options() { return "allocator_may_return_null=1"; }
 
 namespace {
 

@@ -109,7 +109,8 @@ TEST(FileReplacement, AnotherWriterFillsTheTemporaryAndCommitPutsItInPlace)
     ASSERT_TRUE(pxtest::WriteText(path, "older movie"));
     FileReplacement replacement(path);
     ASSERT_TRUE(replacement.Begin());
-    EXPECT_EQ(std::filesystem::path(replacement.TemporaryPath()).parent_path().string(), dir.Path());
+    EXPECT_EQ(std::filesystem::path(replacement.TemporaryPath()).parent_path().string(),
+              dir.Path());
     ASSERT_TRUE(pxtest::WriteText(replacement.TemporaryPath(), "new movie"));
     EXPECT_EQ(pxtest::ReadText(path), "older movie");
     ASSERT_TRUE(replacement.Commit());

@@ -19,12 +19,11 @@
 #include <string>
 #include <vector>
 
-namespace
-{
+namespace {
 
 std::vector<CodecDialogCodec> SomeCodecs()
 {
-    return { { "avc1", "H.264" }, { "mjpa", "Motion JPEG A" }, { "png ", "PNG" }, { "raw ", "None" } };
+    return {{"avc1", "H.264"}, {"mjpa", "Motion JPEG A"}, {"png ", "PNG"}, {"raw ", "None"}};
 }
 
 // How the real dialog looked when it opened.
@@ -75,8 +74,7 @@ void Click(QDialog* dialog, QDialogButtonBox::StandardButton which)
     dialog->findChild<QDialogButtonBox*>()->button(which)->click();
 }
 
-class CodecDialog : public testing::Test
-{
+class CodecDialog : public testing::Test {
 protected:
     void SetUp() override { ClearCodecDialogScript(); }
     void TearDown() override { ClearCodecDialogScript(); }
@@ -86,11 +84,11 @@ TEST_F(CodecDialog, ListsTheCodecsByNameAndOpensOnTheGivenSettings)
 {
     SeenDialog seen;
     WhenDialogOpens(&seen, [](QDialog* dialog) { Click(dialog, QDialogButtonBox::Cancel); });
-    CodecDialogSettings settings { "png ", 768 };
+    CodecDialogSettings settings{"png ", 768};
     EXPECT_FALSE(CodecSettingsDialog(nullptr, SomeCodecs(), &settings));
     ASSERT_TRUE(seen.opened);
     EXPECT_EQ(seen.title, "Compression Settings");
-    EXPECT_EQ(seen.names, (std::vector<std::string> { "H.264", "Motion JPEG A", "PNG", "None" }));
+    EXPECT_EQ(seen.names, (std::vector<std::string>{"H.264", "Motion JPEG A", "PNG", "None"}));
     EXPECT_EQ(seen.current, "PNG");
     EXPECT_EQ(seen.steps, 5);
     EXPECT_EQ(seen.step, 3);
@@ -105,7 +103,7 @@ TEST_F(CodecDialog, OkTakesTheChosenCodecAndQualityStep)
         dialog->findChild<QSlider*>(QStringLiteral("quality"))->setValue(4);
         Click(dialog, QDialogButtonBox::Ok);
     });
-    CodecDialogSettings settings { "avc1", 512 };
+    CodecDialogSettings settings{"avc1", 512};
     EXPECT_TRUE(CodecSettingsDialog(nullptr, SomeCodecs(), &settings));
     EXPECT_EQ(settings.type, "mjpa");
     EXPECT_EQ(settings.quality, 1023);
@@ -120,17 +118,18 @@ TEST_F(CodecDialog, OkTakesTheChosenCodecAndQualityStep)
 
 TEST_F(CodecDialog, EveryStepOfTheSliderIsAQualityLevel)
 {
-    const int expected[5] = { 0, 256, 512, 768, 1023 };
-    const char* names[5] = { "Least", "Low", "Normal", "High", "Best" };
+    const int expected[5] = {0, 256, 512, 768, 1023};
+    const char* names[5] = {"Least", "Low", "Normal", "High", "Best"};
     for (int step = 0; step < 5; ++step) {
         SeenDialog seen;
         std::string shownText;
         WhenDialogOpens(&seen, [step, &shownText](QDialog* dialog) {
             dialog->findChild<QSlider*>(QStringLiteral("quality"))->setValue(step);
-            shownText = dialog->findChild<QLabel*>(QStringLiteral("qualityText"))->text().toStdString();
+            shownText =
+                dialog->findChild<QLabel*>(QStringLiteral("qualityText"))->text().toStdString();
             Click(dialog, QDialogButtonBox::Ok);
         });
-        CodecDialogSettings settings { "avc1", step == 2 ? 0 : 512 };
+        CodecDialogSettings settings{"avc1", step == 2 ? 0 : 512};
         ASSERT_TRUE(CodecSettingsDialog(nullptr, SomeCodecs(), &settings));
         EXPECT_EQ(settings.quality, expected[step]);
         EXPECT_EQ(shownText, names[step]);
@@ -145,7 +144,7 @@ TEST_F(CodecDialog, CancelLeavesTheSettingsAlone)
         dialog->findChild<QSlider*>(QStringLiteral("quality"))->setValue(0);
         Click(dialog, QDialogButtonBox::Cancel);
     });
-    CodecDialogSettings settings { "png ", 1023 };
+    CodecDialogSettings settings{"png ", 1023};
     EXPECT_FALSE(CodecSettingsDialog(nullptr, SomeCodecs(), &settings));
     EXPECT_EQ(settings.type, "png ");
     EXPECT_EQ(settings.quality, 1023);
@@ -162,7 +161,7 @@ TEST_F(CodecDialog, EscapeCancels)
         QKeyEvent press(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
         QApplication::sendEvent(dialog, &press);
     });
-    CodecDialogSettings settings { "avc1", 256 };
+    CodecDialogSettings settings{"avc1", 256};
     EXPECT_FALSE(CodecSettingsDialog(nullptr, SomeCodecs(), &settings));
     EXPECT_TRUE(seen.opened);
     EXPECT_EQ(settings.type, "avc1");
@@ -173,7 +172,7 @@ TEST_F(CodecDialog, QualityBetweenStepsOpensOnTheNearestStep)
 {
     SeenDialog seen;
     WhenDialogOpens(&seen, [](QDialog* dialog) { Click(dialog, QDialogButtonBox::Ok); });
-    CodecDialogSettings settings { "avc1", 300 };
+    CodecDialogSettings settings{"avc1", 300};
     ASSERT_TRUE(CodecSettingsDialog(nullptr, SomeCodecs(), &settings));
     EXPECT_EQ(seen.step, 1);
     EXPECT_EQ(seen.stepText, "Low");
@@ -184,7 +183,7 @@ TEST_F(CodecDialog, CodecNotOfferedOpensOnTheFirst)
 {
     SeenDialog seen;
     WhenDialogOpens(&seen, [](QDialog* dialog) { Click(dialog, QDialogButtonBox::Ok); });
-    CodecDialogSettings settings { "xvid", 512 };
+    CodecDialogSettings settings{"xvid", 512};
     ASSERT_TRUE(CodecSettingsDialog(nullptr, SomeCodecs(), &settings));
     EXPECT_EQ(seen.current, "H.264");
     EXPECT_EQ(settings.type, "avc1");
@@ -208,7 +207,7 @@ TEST_F(CodecDialog, ScriptedAnswersShowNothing)
     PushCodecDialogAnswer(answer);
     PushCodecDialogCancel();
     EXPECT_EQ(CountCodecDialogAnswers(), 2);
-    CodecDialogSettings settings { "avc1", 512 };
+    CodecDialogSettings settings{"avc1", 512};
     EXPECT_TRUE(CodecSettingsDialog(nullptr, SomeCodecs(), &settings));
     EXPECT_EQ(settings.type, "raw ");
     EXPECT_EQ(settings.quality, 0);
@@ -231,7 +230,7 @@ TEST_F(CodecDialog, ScriptMayChooseOnlyWhatIsOffered)
     answer.type = "apcn";
     answer.quality = 5000;
     PushCodecDialogAnswer(answer);
-    CodecDialogSettings settings { "png ", 512 };
+    CodecDialogSettings settings{"png ", 512};
     EXPECT_TRUE(CodecSettingsDialog(nullptr, SomeCodecs(), &settings));
     EXPECT_EQ(settings.type, "png ");
     EXPECT_EQ(settings.quality, 1023);
@@ -239,8 +238,8 @@ TEST_F(CodecDialog, ScriptMayChooseOnlyWhatIsOffered)
 
 TEST_F(CodecDialog, NothingToOfferAnswersFalseWithoutShowing)
 {
-    PushCodecDialogAnswer(CodecDialogAnswer {});
-    CodecDialogSettings settings { "avc1", 512 };
+    PushCodecDialogAnswer(CodecDialogAnswer{});
+    CodecDialogSettings settings{"avc1", 512};
     EXPECT_FALSE(CodecSettingsDialog(nullptr, {}, &settings));
     EXPECT_FALSE(CodecSettingsDialog(nullptr, SomeCodecs(), nullptr));
     EXPECT_EQ(CountCodecDialogAnswers(), 1);
@@ -250,12 +249,12 @@ TEST_F(CodecDialog, NothingToOfferAnswersFalseWithoutShowing)
 TEST_F(CodecDialog, RecordKeepsTheLast256)
 {
     for (int i = 0; i < 260; ++i)
-        PushCodecDialogAnswer(CodecDialogAnswer {});
-    CodecDialogSettings settings { "avc1", 512 };
+        PushCodecDialogAnswer(CodecDialogAnswer{});
+    CodecDialogSettings settings{"avc1", 512};
     for (int i = 0; i < 260; ++i)
         ASSERT_TRUE(CodecSettingsDialog(nullptr, SomeCodecs(), &settings));
     EXPECT_EQ(TakeShownCodecDialogs().size(), 256u);
     EXPECT_TRUE(TakeShownCodecDialogs().empty());
 }
 
-} // namespace
+}  // namespace

@@ -1,8 +1,8 @@
 // DrawGetColor on a backing image, read back pixel by pixel: the panel, the title bar, the hue
 // strip, the sliders, the texture and the swatch of old and new colour.
 
-#include <cstdint>
 #include <gtest/gtest.h>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -270,9 +270,9 @@ TEST_F(DrawGetColorTest, TheNewColoursChannelsAreWrittenUnderTheSwatch)
 TEST_F(DrawGetColorTest, TextureAreaIsPlainGreyWithoutATexture)
 {
     DrawGetColor(picker);
-    EXPECT_EQ(Count(84, 132, 84 + kTexturePreviewWidth - 1, 132 + kTexturePreviewHeight - 1,
-                    kNoTexture),
-              kTexturePreviewWidth * kTexturePreviewHeight);
+    EXPECT_EQ(
+        Count(84, 132, 84 + kTexturePreviewWidth - 1, 132 + kTexturePreviewHeight - 1, kNoTexture),
+        kTexturePreviewWidth * kTexturePreviewHeight);
     EXPECT_EQ(At(83, 150), kBlack);
     EXPECT_EQ(At(84 + kTexturePreviewWidth, 150), kBlack);
     EXPECT_EQ(At(120, 131), kBlack);
@@ -307,9 +307,9 @@ TEST_F(DrawGetColorTest, AnUnreadableTextureShowsGreyButItsName)
     picker.preview.clear();
     DrawGetColor(picker);
     EXPECT_NE(Region(134, 108, 368, 124), none);
-    EXPECT_EQ(Count(84, 132, 84 + kTexturePreviewWidth - 1, 132 + kTexturePreviewHeight - 1,
-                    kNoTexture),
-              kTexturePreviewWidth * kTexturePreviewHeight);
+    EXPECT_EQ(
+        Count(84, 132, 84 + kTexturePreviewWidth - 1, 132 + kTexturePreviewHeight - 1, kNoTexture),
+        kTexturePreviewWidth * kTexturePreviewHeight);
 }
 
 TEST_F(DrawGetColorTest, TheTexturesNameIsShownWithoutItsFolder)

@@ -4,9 +4,9 @@
 
 #include "platform/dialog/color_picker.h"
 
+#include <gtest/gtest.h>
 #include <QImage>
 #include <QString>
-#include <gtest/gtest.h>
 #include <string>
 #include <vector>
 
@@ -392,9 +392,9 @@ TEST_F(ColorPickerTest, DraggingAnswersWhetherAnythingChanged)
 TEST_F(ColorPickerTest, DraggingTheOtherPartsChangesNothing)
 {
     ColorPicker p = Opened(0x123456);
-    for (PickerPart part : {PickerPart::kOutside, PickerPart::kNothing, PickerPart::kOk,
-                            PickerPart::kCancel, PickerPart::kPreviousTexture,
-                            PickerPart::kNextTexture}) {
+    for (PickerPart part :
+         {PickerPart::kOutside, PickerPart::kNothing, PickerPart::kOk, PickerPart::kCancel,
+          PickerPart::kPreviousTexture, PickerPart::kNextTexture}) {
         EXPECT_FALSE(DragPicker(&p, part, kX + 84 + 10, kY + 42));
         EXPECT_EQ(p.colour, 0x123456);
     }

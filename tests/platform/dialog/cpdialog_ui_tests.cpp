@@ -3,14 +3,15 @@
 
 #include "platform/dialog/cpdialog.h"
 
-#include <QTimer>
 #include <gtest/gtest.h>
+#include <QTimer>
 
 #include <climits>
 #include <cstring>
 #include <string>
 #include <vector>
 
+#include "dialog_test_rows.h"
 #include "platform/dialog/dialog_layout.h"
 #include "platform/dialog/message_box.h"
 #include "platform/dialog/string_box.h"
@@ -19,7 +20,6 @@
 #include "platform/draw/font.h"
 #include "platform/file/file_dialog.h"
 #include "platform/wnd/cpwnd.h"
-#include "dialog_test_rows.h"
 #include "posted_input.h"
 
 namespace {
@@ -32,9 +32,9 @@ std::string Value(const std::vector<char>& values, int row)
 // The dialog under test: every kind of row, two radio groups.
 enum Row { kName, kLoop, kSmall, kLarge, kSlow, kFast, kLevel, kColour, kFolder, kRows };
 
-const std::vector<std::string> kDescriptions = {
-    "Name", "@CLoop", "@RSize|Small", "@RLarge", "@RSpeed|Slow", "@RFast",
-    "@SLevel", "@LColour", "@FFolder"};
+const std::vector<std::string> kDescriptions = {"Name",    "@CLoop",       "@RSize|Small",
+                                                "@RLarge", "@RSpeed|Slow", "@RFast",
+                                                "@SLevel", "@LColour",     "@FFolder"};
 
 class CPDialogTest : public testing::Test {
 protected:
@@ -293,9 +293,9 @@ TEST_F(CPDialogTest, ClicksOnTheTitleAndOnLabelsAreIgnored)
 {
     DialogLayout layout = Layout();
     std::vector<char> before = values;
-    PostClick(QPoint(layout.labelEnd, layout.y + 12));                // the title bar
-    PostClick(QPoint(layout.labelEnd + 11, OnItem(kLoop).y()));       // the check box's label
-    PostClick(QPoint(layout.x + 2, OnItem(kLarge).y()));              // far left on a radio row
+    PostClick(QPoint(layout.labelEnd, layout.y + 12));           // the title bar
+    PostClick(QPoint(layout.labelEnd + 11, OnItem(kLoop).y()));  // the check box's label
+    PostClick(QPoint(layout.x + 2, OnItem(kLarge).y()));         // far left on a radio row
     PostReturn();
     EXPECT_EQ(Run(), kDialogConfirmed);
     EXPECT_EQ(values, before);

@@ -5,17 +5,17 @@
 
 #include "platform/dialog/cpdialog.h"
 
-#include <QImage>
 #include <gtest/gtest.h>
+#include <QImage>
 
 #include <cstdlib>
 #include <cstring>
 #include <string>
 #include <vector>
 
+#include "dialog_test_rows.h"
 #include "platform/dialog/dialog_layout.h"
 #include "platform/draw/draw_port.h"
-#include "dialog_test_rows.h"
 
 namespace {
 
@@ -46,7 +46,8 @@ protected:
         std::vector<char> valueRows = Rows(values);
         CPDrawDialog(10, 10, static_cast<int>(descriptions.size()), rows.data(), valueRows.data(),
                      title, apply);
-        layout = MakeDialogLayout(10, 10, static_cast<int>(descriptions.size()), rows.data(), apply);
+        layout =
+            MakeDialogLayout(10, 10, static_cast<int>(descriptions.size()), rows.data(), apply);
     }
 
     // The pixels of `rect`, edges included.
@@ -218,8 +219,8 @@ TEST_F(DialogDrawTest, EveryRowKindMatchesTheReferencePicture)
 {
     Draw({"Width", "@CLoop", "@COff", "@RFields|Upper first", "@RLower first", "@SQuality",
           "@LBorder colour", "@FTexture folder"},
-         {"640", "0", "", "1", "", "75", "16711680", "/usr/share/textures/"},
-         true, "Render Options");
+         {"640", "0", "", "1", "", "75", "16711680", "/usr/share/textures/"}, true,
+         "Render Options");
     QImage drawn = Image();
     std::string path = ReferencePath();
     if (std::getenv("PX_UPDATE_REFERENCE")) {

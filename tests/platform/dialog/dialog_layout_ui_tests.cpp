@@ -9,9 +9,9 @@
 #include <string>
 #include <vector>
 
+#include "dialog_test_rows.h"
 #include "platform/dialog/dialog_rows.h"
 #include "platform/draw/font.h"
-#include "dialog_test_rows.h"
 
 namespace {
 

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/dialog/dialog_rows.h"
 #include "dialog_test_rows.h"
+#include "platform/dialog/dialog_rows.h"
 
 namespace {
 

@@ -4,9 +4,9 @@
 
 #include "platform/dialog/get_color.h"
 
+#include <gtest/gtest.h>
 #include <QElapsedTimer>
 #include <QImage>
-#include <gtest/gtest.h>
 #include <string>
 #include <vector>
 
@@ -270,7 +270,7 @@ TEST_F(GetColorTest, AClickOnATextureTakesTheColourOfItsPixel)
     SetTextureFolder(dir.Path());
 
     long colour = 0x0000FF;
-    PostClick(&owner, kX + 84, kY + 150);  // no texture shown yet: nothing
+    PostClick(&owner, kX + 84, kY + 150);   // no texture shown yet: nothing
     PostClick(&owner, kX + 118, kY + 116);  // ">"
     PostClick(&owner, kX + 130, kY + 160);
     PostReturn(&owner);

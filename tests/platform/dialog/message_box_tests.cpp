@@ -7,8 +7,7 @@
 
 #include <string>
 
-namespace
-{
+namespace {
 
 TEST(MessageBoxConsole, ErrorBoxWritesTheNumberedTextToStderr)
 {
@@ -42,7 +41,8 @@ TEST(MessageBoxConsole, YesNoBoxAnswersNo)
     ClearMessageBoxScript();
     testing::internal::CaptureStderr();
     EXPECT_FALSE(YesNoBox("Are you sure?", "Delete Picture"));
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "Delete Picture: Are you sure? (answered no)\n");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "Delete Picture: Are you sure? (answered no)\n");
     std::vector<ShownMessageBox> boxes = TakeShownMessageBoxes();
     ASSERT_EQ(boxes.size(), 1u);
     EXPECT_EQ(boxes[0].kind, MessageBoxKind::kYesNo);
@@ -57,7 +57,7 @@ TEST(MessageBoxConsole, YesNoCancelBoxAnswersCancel)
     testing::internal::CaptureStderr();
     EXPECT_EQ(YesNoCancelBox("Do you want to save current show?", "New Show"), kBoxCancel);
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
-        "New Show: Do you want to save current show? (answered cancel)\n");
+              "New Show: Do you want to save current show? (answered cancel)\n");
     EXPECT_EQ(TakeShownMessageBoxes().at(0).answer, kBoxCancel);
 }
 
@@ -86,4 +86,4 @@ TEST(MessageBoxConsole, NullTextsShowAsEmpty)
     EXPECT_EQ(box.title, "");
 }
 
-} // namespace
+}  // namespace

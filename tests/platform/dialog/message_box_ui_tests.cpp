@@ -13,8 +13,7 @@
 #include <functional>
 #include <string>
 
-namespace
-{
+namespace {
 
 // What a real box looked like when it opened.
 struct SeenBox {
@@ -44,10 +43,7 @@ void WhenBoxOpens(SeenBox* seen, std::function<void(QMessageBox*)> act)
     timer->start();
 }
 
-void Click(QMessageBox* box, QMessageBox::StandardButton which)
-{
-    box->button(which)->click();
-}
+void Click(QMessageBox* box, QMessageBox::StandardButton which) { box->button(which)->click(); }
 
 void PressEscape(QMessageBox* box)
 {
@@ -63,8 +59,8 @@ TEST(MessageBoxScript, EveryBoxTakesTheOldestAnswer)
     PushMessageBoxAnswer(kBoxYes);
     PushMessageBoxAnswer(kBoxCancel);
     EXPECT_EQ(CountMessageBoxAnswers(), 4);
-    ErrorBox("Flash file successfully made", kNoErrorNumber); // takes the first
-    EXPECT_FALSE(YesNoBox("Are you sure?", "Delete All Keys")); // cancel is no here
+    ErrorBox("Flash file successfully made", kNoErrorNumber);    // takes the first
+    EXPECT_FALSE(YesNoBox("Are you sure?", "Delete All Keys"));  // cancel is no here
     EXPECT_EQ(YesNoCancelBox("Do you want to save current show?", "New Show"), kBoxYes);
     EXPECT_EQ(YesNoCancelBox("Do you want to save current show?", "New Show"), kBoxCancel);
     EXPECT_EQ(CountMessageBoxAnswers(), 0);
@@ -180,4 +176,4 @@ TEST(MessageBoxShown, ScriptedAnswerShowsNoBox)
     EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
 }
 
-} // namespace
+}  // namespace

@@ -59,10 +59,10 @@ TEST_F(ModalPanelTest, ReadsPointsInWindowPixelsWithTheDrawingOrigin)
     owner.SetWindowOrigin(30, 40);
     ModalPanel panel(&owner, {0, 0, 10, 10});
     QWidget* content = Content(&owner);
-    QCoreApplication::postEvent(content, new QMouseEvent(QEvent::MouseButtonPress, QPointF(5, 6),
-                                                         QPointF(content->mapToGlobal(QPoint(5, 6))),
-                                                         Qt::LeftButton, Qt::LeftButton,
-                                                         Qt::NoModifier));
+    QCoreApplication::postEvent(
+        content, new QMouseEvent(QEvent::MouseButtonPress, QPointF(5, 6),
+                                 QPointF(content->mapToGlobal(QPoint(5, 6))), Qt::LeftButton,
+                                 Qt::LeftButton, Qt::NoModifier));
     PanelInput input = panel.Read();
     EXPECT_EQ(input.window, &owner);
     EXPECT_EQ(input.msg, kMsgButtonDown);

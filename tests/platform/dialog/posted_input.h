@@ -14,9 +14,9 @@ inline void PostMouse(CPWnd* window, QEvent::Type type, int x, int y, Qt::MouseB
     QWidget* content = Content(window);
     QPoint at(x, y);
     Qt::MouseButton button = type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton;
-    QCoreApplication::postEvent(content, new QMouseEvent(type, QPointF(at),
-                                                         QPointF(content->mapToGlobal(at)),
-                                                         button, held, Qt::NoModifier));
+    QCoreApplication::postEvent(
+        content, new QMouseEvent(type, QPointF(at), QPointF(content->mapToGlobal(at)), button, held,
+                                 Qt::NoModifier));
 }
 
 inline void PostPress(CPWnd* window, int x, int y)

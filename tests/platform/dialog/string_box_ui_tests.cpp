@@ -3,12 +3,12 @@
 
 #include "platform/dialog/string_box.h"
 
+#include <gtest/gtest.h>
 #include <QApplication>
 #include <QDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QTimer>
-#include <gtest/gtest.h>
 
 #include <cstring>
 #include <functional>

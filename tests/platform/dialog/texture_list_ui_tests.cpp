@@ -3,11 +3,11 @@
 
 #include "platform/dialog/texture_list.h"
 
+#include <gtest/gtest.h>
 #include <QImage>
 #include <QString>
 #include <cstdio>
 #include <filesystem>
-#include <gtest/gtest.h>
 #include <string>
 #include <vector>
 
@@ -29,7 +29,8 @@ bool SaveQuarters(const std::string& path, int width, int height)
     for (int y = 0; y < height; ++y) {
         for (int x = 0; x < width; ++x) {
             bool right = x >= width / 2, bottom = y >= height / 2;
-            uint32_t rgb = bottom ? (right ? 0xFFFFFFu : 0x0000FFu) : (right ? 0x00FF00u : 0xFF0000u);
+            uint32_t rgb =
+                bottom ? (right ? 0xFFFFFFu : 0x0000FFu) : (right ? 0x00FF00u : 0xFF0000u);
             image.setPixel(x, y, 0xFF000000u | rgb);
         }
     }

@@ -2,8 +2,8 @@
 
 #include "platform/draw/bitmap_draw.h"
 
-#include <climits>
 #include <gtest/gtest.h>
+#include <climits>
 
 #include "port_fixture.h"
 

@@ -2,11 +2,11 @@
 
 #include "platform/draw/coverage.h"
 
+#include <gtest/gtest.h>
 #include <climits>
 #include <cstdint>
 #include <cstdlib>
 #include <vector>
-#include <gtest/gtest.h>
 
 #include "port_fixture.h"
 
@@ -137,8 +137,8 @@ TEST_F(DrawCoverage, PolygonsFillPixelCentres)
     const tagPOINT diamond[] = {{20, 10}, {30, 20}, {20, 30}, {10, 20}};
     Coverage coverage(&port);
     coverage.AddPolygon(diamond, 4);
-    // Row y holds the pixels whose centres x + 0.5 lie in [20 - h, 20 + h), h = 10 - |y + 0.5 - 20|:
-    // a centre on the left edge is in, one on the right edge is out.
+    // Row y holds the pixels whose centres x + 0.5 lie in [20 - h, 20 + h), h = 10 - |y + 0.5 -
+    // 20|: a centre on the left edge is in, one on the right edge is out.
     coverage.Paint(kBlackPixel);
     EXPECT_EQ(Ink(), (InkBounds{10, 10, 28, 29}));
     EXPECT_EQ(Count(kBlackPixel), 200);

@@ -2,9 +2,9 @@
 
 #include "platform/draw/dib_draw.h"
 
+#include <gtest/gtest.h>
 #include <climits>
 #include <cstdint>
-#include <gtest/gtest.h>
 #include <vector>
 
 #include "port_fixture.h"
@@ -55,7 +55,10 @@ Rows Numbered(long width, long height, int depth = 24)
     return rows;
 }
 
-uint32_t NumberedPixel(long x, long y) { return 0xFF000000u | uint32_t(x) << 16 | uint32_t(y) << 8 | 0x40; }
+uint32_t NumberedPixel(long x, long y)
+{
+    return 0xFF000000u | uint32_t(x) << 16 | uint32_t(y) << 8 | 0x40;
+}
 
 using DIBDrawTest = PortTest;
 
@@ -114,8 +117,8 @@ TEST_F(DIBDrawTest, SixteenBitPixelsAreFiveFiveFive)
         rows.bytes[2 * x] = word & 0xFF;
         rows.bytes[2 * x + 1] = word >> 8;
     };
-    put(0, 0x7C00);                    // red 31
-    put(1, 0x03E0 | 0x8000);           // green 31; the top bit is not used
+    put(0, 0x7C00);                     // red 31
+    put(1, 0x03E0 | 0x8000);            // green 31; the top bit is not used
     put(2, (16 << 10) | (8 << 5) | 1);  // each 5-bit value widened to 8 bits
     rows.Draw({0, 0, 3, 1}, {0, 0, 3, 1});
     EXPECT_EQ(port.PixelAt(0, 0), kRedPixel);
@@ -142,13 +145,13 @@ TEST_F(DIBDrawTest, EightBitPixelsUseThePaletteOrAGreyRamp)
 TEST_F(DIBDrawTest, SourceOutsideThePicturePaintsTheDestinationBlack)
 {
     Rows rows = Numbered(4, 4);
-    const tagRECT outside[] = {{0, 0, 5, 4}, {-1, 0, 4, 4}, {0, -1, 4, 4}, {0, 0, 4, 5},
-                               {3, 0, 2, 4}, {0, 3, 4, 2}};
+    const tagRECT outside[] = {{0, 0, 5, 4}, {-1, 0, 4, 4}, {0, -1, 4, 4},
+                               {0, 0, 4, 5}, {3, 0, 2, 4},  {0, 3, 4, 2}};
     for (const tagRECT& source : outside) {
         port.Resize(64, 48);
         EXPECT_FALSE(rows.Draw({10, 10, 20, 15}, source));
-        EXPECT_EQ(Count(kBlackPixel), 50) << source.left << "," << source.top << ","
-                                          << source.right << "," << source.bottom;
+        EXPECT_EQ(Count(kBlackPixel), 50)
+            << source.left << "," << source.top << "," << source.right << "," << source.bottom;
         EXPECT_EQ(Ink(), (InkBounds{10, 10, 19, 14}));
     }
 }

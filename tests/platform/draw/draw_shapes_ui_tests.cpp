@@ -2,8 +2,8 @@
 
 #include "platform/draw/draw_shapes.h"
 
-#include <climits>
 #include <gtest/gtest.h>
+#include <climits>
 
 #include "platform/draw/draw_state.h"
 #include "platform/draw/font.h"
@@ -535,8 +535,8 @@ TEST_F(DrawPolygonShape, NegativeFrameDrawsNoOutline)
 TEST_F(DrawPolygonShape, SelfCrossingShapesFillByEvenOdd)
 {
     // Two overlapping squares as one outline: the overlap is outside.
-    const tagPOINT shape[] = {{10, 10}, {30, 10}, {30, 30}, {20, 30}, {20, 20},
-                              {40, 20}, {40, 40}, {10, 40}};
+    const tagPOINT shape[] = {{10, 10}, {30, 10}, {30, 30}, {20, 30},
+                              {20, 20}, {40, 20}, {40, 40}, {10, 40}};
     DrawPolygon(kRed, -1, 8, shape);
     EXPECT_EQ(port.PixelAt(15, 15), kRedPixel);
     EXPECT_EQ(port.PixelAt(25, 25), kWhitePixel);
@@ -558,8 +558,8 @@ TEST_F(DrawPolygonShape, CountsBelowOneAndNullPointsDrawNothing)
 
 TEST_F(DrawPolygonShape, ExtremePointsAreSafe)
 {
-    const tagPOINT wide[] = {{INT_MIN, INT_MIN}, {INT_MAX, INT_MIN}, {INT_MAX, INT_MAX},
-                             {INT_MIN, INT_MAX}};
+    const tagPOINT wide[] = {
+        {INT_MIN, INT_MIN}, {INT_MAX, INT_MIN}, {INT_MAX, INT_MAX}, {INT_MIN, INT_MAX}};
     DrawPolygon(kRed, kBlue, 4, wide);
     EXPECT_EQ(Count(kRedPixel), 64 * 48);
     const tagPOINT sliver[] = {{INT_MIN, 0}, {INT_MAX, 47}, {INT_MIN, 20}};

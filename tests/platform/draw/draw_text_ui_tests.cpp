@@ -2,8 +2,8 @@
 
 #include "platform/draw/draw_text.h"
 
-#include <climits>
 #include <gtest/gtest.h>
+#include <climits>
 #include <string>
 
 #include "platform/draw/draw_shapes.h"

@@ -1,7 +1,7 @@
 #include "platform/draw/font.h"
 
-#include <cstring>
 #include <gtest/gtest.h>
+#include <cstring>
 #include <string>
 
 #include "platform/draw/draw_state.h"

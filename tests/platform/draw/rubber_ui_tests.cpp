@@ -2,8 +2,8 @@
 
 #include "platform/draw/rubber.h"
 
-#include <climits>
 #include <gtest/gtest.h>
+#include <climits>
 
 #include "port_fixture.h"
 

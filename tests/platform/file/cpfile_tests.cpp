@@ -1,12 +1,12 @@
 #include "platform/file/cpfile.h"
 
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
 #include <cerrno>
 #include <cstring>
-#include <sys/stat.h>
 #include <filesystem>
-#include <gtest/gtest.h>
 #include <string>
-#include <unistd.h>
 #include <vector>
 
 #include "platform/base/file_types.h"

@@ -2,9 +2,9 @@
 
 #include "platform/file/file_dialog.h"
 
+#include <gtest/gtest.h>
 #include <cstring>
 #include <filesystem>
-#include <gtest/gtest.h>
 #include <string>
 #include <vector>
 
@@ -124,9 +124,10 @@ TEST_F(FileDialogScript, FiltersBecomeNameFiltersInOrder)
 {
     PushFileDialogCancel();
     FSpec result{};
-    OpenFileDialog(nullptr, &result,
-                   "All Graphics Files|*.bmp;*.tga;*.tif;*.psd|BMP Files (*.bmp)|*.bmp|All Files (*.*)|*.*|",
-                   ".bmp", nullptr, false);
+    OpenFileDialog(
+        nullptr, &result,
+        "All Graphics Files|*.bmp;*.tga;*.tif;*.psd|BMP Files (*.bmp)|*.bmp|All Files (*.*)|*.*|",
+        ".bmp", nullptr, false);
     std::vector<std::string> expected = {"All Graphics Files (*.bmp *.tga *.tif *.psd)",
                                          "BMP Files (*.bmp)", "All Files (*)"};
     EXPECT_EQ(GetLastFileDialogRequest().nameFilters, expected);
@@ -136,8 +137,8 @@ TEST_F(FileDialogScript, IrregularFilterEntriesAreKeptAndTheEndIsFound)
 {
     PushFileDialogCancel();
     FSpec spec{};
-    SaveFileDialog(nullptr, &spec, "Macromedia Flash Files (*.swf)|*.swf|All Files *.*|*.*||", ".swf",
-                   nullptr);
+    SaveFileDialog(nullptr, &spec, "Macromedia Flash Files (*.swf)|*.swf|All Files *.*|*.*||",
+                   ".swf", nullptr);
     std::vector<std::string> expected = {"Macromedia Flash Files (*.swf)", "All Files *.* (*)"};
     EXPECT_EQ(GetLastFileDialogRequest().nameFilters, expected);
     EXPECT_EQ(GetLastFileDialogRequest().defaultSuffix, "swf");
@@ -184,8 +185,8 @@ TEST_F(FileDialogScript, SaveWithAnEmptyNameProposesUntitled)
 
 TEST_F(FileDialogScript, SaveProposesTheLeafWhateverTheSeparator)
 {
-    const char* names[] = {"/home/me/shows/beach.plx", "Disk:Shows:beach.plx", "C:\\Shows\\beach.plx",
-                           "beach.plx"};
+    const char* names[] = {"/home/me/shows/beach.plx", "Disk:Shows:beach.plx",
+                           "C:\\Shows\\beach.plx", "beach.plx"};
     for (const char* name : names) {
         FSpec spec = PathSpec(name);
         PushFileDialogCancel();

@@ -3,6 +3,7 @@
 
 #include "platform/file/file_dialog.h"
 
+#include <gtest/gtest.h>
 #include <QApplication>
 #include <QDialogButtonBox>
 #include <QElapsedTimer>
@@ -11,7 +12,6 @@
 #include <QTimer>
 #include <cstring>
 #include <functional>
-#include <gtest/gtest.h>
 #include <string>
 
 #include "support/temp_dir.h"
@@ -79,7 +79,8 @@ TEST_F(RealFileDialog, OpenReturnsTheChosenFileInPathForm)
         static_cast<QDialog*>(dialog)->accept();  // QFileDialog keeps accept() protected
     });
     FSpec result{};
-    ASSERT_TRUE(OpenFileDialog(nullptr, &result, "Targa Files (*.tga)|*.tga|", ".tga", &initial, false));
+    ASSERT_TRUE(
+        OpenFileDialog(nullptr, &result, "Targa Files (*.tga)|*.tga|", ".tga", &initial, false));
     EXPECT_TRUE(IsPathForm(result));
     EXPECT_EQ(std::string(result.name), path);
     EXPECT_EQ(seenDirectory.toStdString(), dir.Path());
@@ -94,8 +95,8 @@ TEST_F(RealFileDialog, OpenOffersTheCallersFilters)
         dialog->reject();
     });
     FSpec result{};
-    EXPECT_FALSE(OpenFileDialog(nullptr, &result, "BMP Files (*.bmp)|*.bmp|All Files (*.*)|*.*|", ".bmp",
-                                nullptr, false));
+    EXPECT_FALSE(OpenFileDialog(nullptr, &result, "BMP Files (*.bmp)|*.bmp|All Files (*.*)|*.*|",
+                                ".bmp", nullptr, false));
     ASSERT_EQ(seen.size(), 2);
     EXPECT_EQ(seen[0].toStdString(), "BMP Files (*.bmp)");
     EXPECT_EQ(seen[1].toStdString(), "All Files (*)");
@@ -149,7 +150,8 @@ TEST_F(RealFileDialog, SaveProposesUntitledAndAddsTheDefaultExtension)
         static_cast<QDialog*>(dialog)->accept();  // QFileDialog keeps accept() protected
     });
     FSpec spec{};
-    ASSERT_TRUE(SaveFileDialog(nullptr, &spec, "Parallaxotron Files (*.plx)|*.plx|", ".plx", &initial));
+    ASSERT_TRUE(
+        SaveFileDialog(nullptr, &spec, "Parallaxotron Files (*.plx)|*.plx|", ".plx", &initial));
     EXPECT_TRUE(wasSave);
     EXPECT_EQ(proposed.toStdString(), "Untitled");
     EXPECT_TRUE(IsPathForm(spec));

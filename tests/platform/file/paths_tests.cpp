@@ -1,8 +1,8 @@
 #include "platform/file/paths.h"
 
+#include <gtest/gtest.h>
 #include <cstring>
 #include <filesystem>
-#include <gtest/gtest.h>
 #include <string>
 
 #include "support/temp_dir.h"
@@ -252,7 +252,8 @@ TEST(GetPathFromFSSpec, PathsPast255CharactersFail)
     pxtest::TempDir dir;
     std::string deep = dir.Path() + "/" + std::string(200, 'd');
     ASSERT_TRUE(std::filesystem::create_directory(deep));
-    NativeFileRef ref = NativeRef(kVolumeRefNum, GetFolderID(deep.c_str()), std::string(100, 'f').c_str());
+    NativeFileRef ref =
+        NativeRef(kVolumeRefNum, GetFolderID(deep.c_str()), std::string(100, 'f').c_str());
     char out[256] = {};
     EXPECT_FALSE(GetPathFromFSSpec(&ref, out));
 }

@@ -210,8 +210,9 @@ TEST_F(SettingsStore, AbsentNumberGivesItsDefaultWhateverItsSize)
 TEST_F(SettingsStore, NumberOutOfRangeGivesTheDefault)
 {
     // Settings numbers are 32-bit; anything past that is not a value the program wrote.
-    Load(kHeader + "Huge=99999999999999999999999\r\nAbove=2147483648\r\nBelow=-2147483649\r\n"
-                   "Top=2147483647\r\nBottom=-2147483648\r\nTiny=-99999999999999999999999\r\n");
+    Load(kHeader +
+         "Huge=99999999999999999999999\r\nAbove=2147483648\r\nBelow=-2147483649\r\n"
+         "Top=2147483647\r\nBottom=-2147483648\r\nTiny=-99999999999999999999999\r\n");
     EXPECT_EQ(GetIniItem("Huge", 2997), 2997);
     EXPECT_EQ(GetIniItem("Above", 1), 1);
     EXPECT_EQ(GetIniItem("Below", 0), 0);
@@ -545,8 +546,9 @@ TEST_F(SettingsFile, SettingsReadBackAfterRestart)
     EXPECT_EQ(GetIniItem("FrameRate", 2997), 2500);
     EXPECT_EQ(GetIniItem("MatteColor", 0), -3);
     EXPECT_EQ(Get("InitialFolder"), "/pictures/show one");
-    EXPECT_EQ(Text(), kHeader + "MovieFPS=25\r\nFrameRate=2500\r\nMatteColor=-3\r\n"
-                                "InitialFolder=/pictures/show one\r\n");
+    EXPECT_EQ(Text(), kHeader +
+                          "MovieFPS=25\r\nFrameRate=2500\r\nMatteColor=-3\r\n"
+                          "InitialFolder=/pictures/show one\r\n");
 }
 
 TEST_F(SettingsFile, SameTextSavedTwiceIsWrittenOnce)

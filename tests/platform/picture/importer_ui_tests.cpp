@@ -14,19 +14,16 @@
 #include "platform/picture/test_gif.h"
 #include "support/temp_dir.h"
 
-namespace
-{
+namespace {
 
 using Bytes = std::vector<unsigned char>;
 
 // Rows kept top line first, or bottom line first (negative step), with room to spare on each
 // line so a step that ignored the line size would show.
-class TestRows : public PictureRows
-{
+class TestRows : public PictureRows {
 public:
     explicit TestRows(bool bottomUp = false, bool refuse = false)
-        : bottomUp_(bottomUp)
-        , refuse_(refuse)
+        : bottomUp_(bottomUp), refuse_(refuse)
     {
     }
     unsigned char* AllocateRows(int width, int height, long* lineStep) override
@@ -70,17 +67,20 @@ QImage SmallPicture(bool alpha)
     QImage image(3, 2, alpha ? QImage::Format_ARGB32 : QImage::Format_RGB32);
     for (int y = 0; y < 2; ++y)
         for (int x = 0; x < 3; ++x)
-            image.setPixel(x, y, qRgba(10 + 80 * x, 20 + 100 * y, 200 - 50 * x, alpha ? 60 + 90 * y : 255));
+            image.setPixel(
+                x, y, qRgba(10 + 80 * x, 20 + 100 * y, 200 - 50 * x, alpha ? 60 + 90 * y : 255));
     return image;
 }
 
 Bytes Expected(int x, int y, bool alpha)
 {
-    return Bytes { static_cast<unsigned char>(200 - 50 * x), static_cast<unsigned char>(20 + 100 * y),
-        static_cast<unsigned char>(10 + 80 * x), static_cast<unsigned char>(alpha ? 60 + 90 * y : 255) };
+    return Bytes{static_cast<unsigned char>(200 - 50 * x), static_cast<unsigned char>(20 + 100 * y),
+                 static_cast<unsigned char>(10 + 80 * x),
+                 static_cast<unsigned char>(alpha ? 60 + 90 * y : 255)};
 }
 
-std::string Save(const pxtest::TempDir& dir, const QImage& image, const char* name, const char* format)
+std::string Save(const pxtest::TempDir& dir, const QImage& image, const char* name,
+                 const char* format)
 {
     std::string path = dir.File(name);
     EXPECT_TRUE(image.save(QString::fromStdString(path), format));
@@ -128,13 +128,13 @@ TEST(ImportPicture, IndexedPicturesAreConvertedAndOpaque)
     for (int y = 0; y < 2; ++y)
         for (int x = 0; x < 3; ++x) {
             Bytes want = Expected(x, y, false);
-            table.insert(table.end(), { want[2], want[1], want[0] });
+            table.insert(table.end(), {want[2], want[1], want[0]});
             indices.push_back(static_cast<unsigned char>(indices.size()));
         }
     std::string gif = dir.File("small.gif");
     ASSERT_TRUE(pxtest::WriteBytes(gif, pxtest::MakeGif(3, 2, table, indices)));
 
-    for (const std::string& path : { png, gif }) {
+    for (const std::string& path : {png, gif}) {
         TestRows rows;
         ASSERT_EQ(ImportPictureFile(path.c_str(), 8192, &rows), kImportDone) << path;
         for (int y = 0; y < 2; ++y)
@@ -191,7 +191,8 @@ TEST(ImportPicture, SidesAboveTheLimitAreRefusedUnread)
     TestRows rows;
     EXPECT_EQ(ImportPictureFile(path.c_str(), 8192, &rows), kImportTooLarge);
     EXPECT_EQ(rows.calls, 0);
-    EXPECT_EQ(ImportPictureFile(path.c_str(), 9000, &rows), kImportDone) << "the limit itself is fine";
+    EXPECT_EQ(ImportPictureFile(path.c_str(), 9000, &rows), kImportDone)
+        << "the limit itself is fine";
     EXPECT_EQ(ImportPictureFile(path.c_str(), 8999, &rows), kImportTooLarge);
 }
 
@@ -231,11 +232,12 @@ TEST(ImportPicture, PicturesInMemoryAreReadWhereTheyAre)
     ASSERT_TRUE(SmallPicture(true).save(&buffer, "PNG"));
     TestRows rows;
     auto* data = reinterpret_cast<const unsigned char*>(encoded.constData());
-    ASSERT_EQ(ImportPictureData(data, static_cast<size_t>(encoded.size()), 8192, &rows), kImportDone);
+    ASSERT_EQ(ImportPictureData(data, static_cast<size_t>(encoded.size()), 8192, &rows),
+              kImportDone);
     EXPECT_EQ(rows.At(1, 0), Expected(1, 0, true));
     EXPECT_EQ(ImportPictureData(data, 0, 8192, &rows), kImportUnreadable);
     EXPECT_EQ(ImportPictureData(nullptr, 10, 8192, &rows), kImportUnreadable);
     EXPECT_EQ(ImportPictureData(data, 20, 8192, &rows), kImportUnreadable) << "header only";
 }
 
-} // namespace
+}  // namespace

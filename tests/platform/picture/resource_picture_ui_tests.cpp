@@ -4,13 +4,11 @@
 
 #include <vector>
 
-namespace
-{
+namespace {
 
 using Bytes = std::vector<unsigned char>;
 
-class TopDownRows : public PictureRows
-{
+class TopDownRows : public PictureRows {
 public:
     unsigned char* AllocateRows(int width, int height, long* lineStep) override
     {
@@ -45,13 +43,13 @@ TEST(ResourcePicture, PlaceholderShowsAFrameACrossAndACamera)
     ASSERT_EQ(rows.width, 320);
     ASSERT_EQ(rows.height, 240);
     // Colours as tools/draw_placeholder.py draws them, blue first.
-    EXPECT_EQ(rows.At(3, 3), (Bytes { 96, 96, 96, 255 })) << "frame";
-    EXPECT_EQ(rows.At(316, 236), (Bytes { 96, 96, 96, 255 })) << "frame";
-    EXPECT_EQ(rows.At(160, 20), (Bytes { 200, 200, 200, 255 })) << "ground";
-    EXPECT_EQ(rows.At(40, 32), (Bytes { 40, 40, 176, 255 })) << "cross, near its top-left end";
-    EXPECT_EQ(rows.At(280, 32), (Bytes { 40, 40, 176, 255 })) << "cross, near its top-right end";
-    EXPECT_EQ(rows.At(160, 140), (Bytes { 84, 52, 36, 255 })) << "lens";
-    EXPECT_EQ(rows.At(210, 100), (Bytes { 120, 220, 250, 255 })) << "flash";
+    EXPECT_EQ(rows.At(3, 3), (Bytes{96, 96, 96, 255})) << "frame";
+    EXPECT_EQ(rows.At(316, 236), (Bytes{96, 96, 96, 255})) << "frame";
+    EXPECT_EQ(rows.At(160, 20), (Bytes{200, 200, 200, 255})) << "ground";
+    EXPECT_EQ(rows.At(40, 32), (Bytes{40, 40, 176, 255})) << "cross, near its top-left end";
+    EXPECT_EQ(rows.At(280, 32), (Bytes{40, 40, 176, 255})) << "cross, near its top-right end";
+    EXPECT_EQ(rows.At(160, 140), (Bytes{84, 52, 36, 255})) << "lens";
+    EXPECT_EQ(rows.At(210, 100), (Bytes{120, 220, 250, 255})) << "flash";
 }
 
 TEST(ResourcePicture, UnknownNumberIsUnreadable)
@@ -61,4 +59,4 @@ TEST(ResourcePicture, UnknownNumberIsUnreadable)
     EXPECT_EQ(rows.width, 0);
 }
 
-} // namespace
+}  // namespace

@@ -5,14 +5,14 @@
 #include <string>
 #include <vector>
 
-namespace pxtest
-{
+namespace pxtest {
 
 // A GIF of palette indices, top line first, with a 256-entry colour table of (red, green, blue)
 // triples. The LZW stream uses 9-bit codes throughout: a clear code every 250 pixels keeps the
 // decoder's table from growing into 10-bit codes.
-inline std::vector<unsigned char> MakeGif(int width, int height, const std::vector<unsigned char>& rgbTable,
-    const std::vector<unsigned char>& indices)
+inline std::vector<unsigned char> MakeGif(int width, int height,
+                                          const std::vector<unsigned char>& rgbTable,
+                                          const std::vector<unsigned char>& indices)
 {
     std::vector<unsigned char> bytes;
     auto put16 = [&bytes](int value) {
@@ -23,7 +23,7 @@ inline std::vector<unsigned char> MakeGif(int width, int height, const std::vect
         bytes.push_back(static_cast<unsigned char>(c));
     put16(width);
     put16(height);
-    bytes.push_back(0xF7); // a global table of 256 entries
+    bytes.push_back(0xF7);  // a global table of 256 entries
     bytes.push_back(0);
     bytes.push_back(0);
     for (size_t i = 0; i < 768; ++i)
@@ -34,9 +34,9 @@ inline std::vector<unsigned char> MakeGif(int width, int height, const std::vect
     put16(width);
     put16(height);
     bytes.push_back(0);
-    bytes.push_back(8); // minimum code size
+    bytes.push_back(8);  // minimum code size
 
-    std::vector<int> codes { 256 };
+    std::vector<int> codes{256};
     for (size_t i = 0; i < indices.size(); ++i) {
         if (i > 0 && i % 250 == 0)
             codes.push_back(256);
@@ -61,11 +61,11 @@ inline std::vector<unsigned char> MakeGif(int width, int height, const std::vect
         size_t block = std::min<size_t>(255, packed.size() - at);
         bytes.push_back(static_cast<unsigned char>(block));
         bytes.insert(bytes.end(), packed.begin() + static_cast<long>(at),
-            packed.begin() + static_cast<long>(at + block));
+                     packed.begin() + static_cast<long>(at + block));
     }
     bytes.push_back(0);
     bytes.push_back(0x3B);
     return bytes;
 }
 
-} // namespace pxtest
+}  // namespace pxtest

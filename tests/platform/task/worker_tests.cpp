@@ -1,9 +1,9 @@
 #include "platform/task/worker.h"
 
+#include <gtest/gtest.h>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <gtest/gtest.h>
 #include <vector>
 
 namespace {
@@ -143,7 +143,7 @@ TEST_F(Worker, ArgumentsAre256BytesCopiedWhole)
     EXPECT_NE(gCopyCheck.seenAddress, static_cast<const void*>(block));
     EXPECT_EQ(std::memcmp(gCopyCheck.seenBytes, block, kTaskArgumentSize), 0);
     EXPECT_EQ(gCopyCheck.seenBytes[255], 252);  // the last byte came along too
-    EXPECT_EQ(block[0], 3);                      // the worker's writes stayed in its copy
+    EXPECT_EQ(block[0], 3);                     // the worker's writes stayed in its copy
     EXPECT_EQ(gTaskData->word, 0x12345678u);
 }
 

@@ -1,8 +1,8 @@
 #include "platform/util/colour.h"
 
+#include <gtest/gtest.h>
 #include <algorithm>
 #include <cstdlib>
-#include <gtest/gtest.h>
 
 TEST(RGB2HLS, PureRedIsHueZeroHalfLightFullSaturation)
 {
@@ -41,7 +41,8 @@ TEST(RGB2HLS, PrimariesAndSecondariesSitAtTheirHues)
     struct Case {
         long r, g, b, h;
     } cases[] = {
-        {0, 255, 0, 80}, {0, 0, 255, 160}, {255, 255, 0, 40}, {0, 255, 255, 120}, {255, 0, 255, 200},
+        {0, 255, 0, 80},    {0, 0, 255, 160},   {255, 255, 0, 40},
+        {0, 255, 255, 120}, {255, 0, 255, 200},
     };
     for (const Case& c : cases) {
         long h, l, s;
@@ -92,8 +93,8 @@ TEST(HLS2RGB, ZeroSaturationGivesGrey)
 TEST(gun, FollowsTheFourHueBands)
 {
     EXPECT_EQ(gun(0, 240, 0), 0);
-    EXPECT_EQ(gun(0, 240, 20), 120);   // rising band
-    EXPECT_EQ(gun(0, 240, 40), 240);   // flat top from 40
+    EXPECT_EQ(gun(0, 240, 20), 120);  // rising band
+    EXPECT_EQ(gun(0, 240, 40), 240);  // flat top from 40
     EXPECT_EQ(gun(0, 240, 119), 240);
     EXPECT_EQ(gun(0, 240, 140), 120);  // falling band
     EXPECT_EQ(gun(0, 240, 160), 0);
@@ -109,9 +110,9 @@ TEST(gun, HueWrapsOnceIntoTheCircle)
 
 TEST(gun, RoundsByAddingHalfTheDivisor)
 {
-    EXPECT_EQ(gun(0, 3, 10), 1);   // (30 + 20) / 40
-    EXPECT_EQ(gun(0, 3, 6), 0);    // (18 + 20) / 40
-    EXPECT_EQ(gun(0, 3, 7), 1);    // (21 + 20) / 40
+    EXPECT_EQ(gun(0, 3, 10), 1);  // (30 + 20) / 40
+    EXPECT_EQ(gun(0, 3, 6), 0);   // (18 + 20) / 40
+    EXPECT_EQ(gun(0, 3, 7), 1);   // (21 + 20) / 40
 }
 
 // Hue has 40 steps per sixth of the circle, so the middle channel of a colour comes back less

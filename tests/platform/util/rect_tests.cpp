@@ -1,7 +1,7 @@
 #include "platform/util/rect.h"
 
-#include <cstdint>
 #include <gtest/gtest.h>
+#include <cstdint>
 
 namespace {
 

@@ -1,8 +1,8 @@
 #include "platform/util/text.h"
 
+#include <gtest/gtest.h>
 #include <cstdlib>
 #include <cstring>
-#include <gtest/gtest.h>
 #include <string>
 #include <vector>
 

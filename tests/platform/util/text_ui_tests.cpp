@@ -1,7 +1,7 @@
 // ShrinkTextWidth and WrapText measure in the current font, so they run with Qt started.
 
-#include <cstring>
 #include <gtest/gtest.h>
+#include <cstring>
 #include <string>
 
 #include "platform/draw/font.h"

@@ -2,8 +2,8 @@
 
 #include "platform/wnd/application.h"
 
-#include <QImage>
 #include <gtest/gtest.h>
+#include <QImage>
 
 #include "platform/draw/draw_port.h"
 #include "platform/draw/draw_shapes.h"
@@ -64,10 +64,10 @@ TEST(ProcessPendingEvents, DeliversPostedEvents)
     ProcessPendingEvents(10);
     window.log.clear();
     QWidget* content = Content(&window);
-    QCoreApplication::postEvent(content, new QMouseEvent(QEvent::MouseButtonPress, QPointF(3, 4),
-                                                         QPointF(content->mapToGlobal(QPoint(3, 4))),
-                                                         Qt::LeftButton, Qt::LeftButton,
-                                                         Qt::NoModifier));
+    QCoreApplication::postEvent(
+        content, new QMouseEvent(QEvent::MouseButtonPress, QPointF(3, 4),
+                                 QPointF(content->mapToGlobal(QPoint(3, 4))), Qt::LeftButton,
+                                 Qt::LeftButton, Qt::NoModifier));
     ProcessPendingEvents(0);
     EXPECT_EQ(window.Count(kMsgButtonDown), 1);
 }

@@ -2,10 +2,10 @@
 
 #include "platform/wnd/cpmenu.h"
 
+#include <gtest/gtest.h>
 #include <QAction>
 #include <QMenu>
 #include <QMenuBar>
-#include <gtest/gtest.h>
 #include <string>
 
 #include "wnd_test_support.h"

@@ -2,8 +2,8 @@
 
 #include "platform/wnd/cpwnd.h"
 
-#include <QMenuBar>
 #include <gtest/gtest.h>
+#include <QMenuBar>
 #include <memory>
 #include <string>
 

@@ -44,8 +44,9 @@ double SoftShare(const QImage& image)
 TEST(CursorPictures, EachIsA32PixelBlackShapeOutlinedInWhite)
 {
     std::set<qint64> distinct;
-    for (int picture : {kCursorImageMove, kCursorImageResize, kCursorImageSlide, kCursorImageVertical,
-                        kCursorImageRotate, kCursorImageTilt, kCursorImagePlus}) {
+    for (int picture :
+         {kCursorImageMove, kCursorImageResize, kCursorImageSlide, kCursorImageVertical,
+          kCursorImageRotate, kCursorImageTilt, kCursorImagePlus}) {
         QImage image = DrawCursorPicture(picture);
         ASSERT_FALSE(image.isNull()) << picture;
         EXPECT_EQ(image.size(), QSize(32, 32));
@@ -62,7 +63,8 @@ TEST(CursorPictures, EachIsA32PixelBlackShapeOutlinedInWhite)
 
 TEST(CursorPictures, TheHotSpotLiesOnTheShape)
 {
-    for (int picture : {kCursorImageMove, kCursorImageSlide, kCursorImageVertical, kCursorImagePlus}) {
+    for (int picture :
+         {kCursorImageMove, kCursorImageSlide, kCursorImageVertical, kCursorImagePlus}) {
         QImage image = DrawCursorPicture(picture);
         EXPECT_EQ(image.pixel(kCursorHotSpot, kCursorHotSpot), 0xFF000000u) << picture;
     }
@@ -70,8 +72,9 @@ TEST(CursorPictures, TheHotSpotLiesOnTheShape)
 
 TEST(CursorPictures, AtTwiceTheDensityThePictureHasFourTimesThePixels)
 {
-    for (int picture : {kCursorImageMove, kCursorImageResize, kCursorImageSlide, kCursorImageVertical,
-                        kCursorImageRotate, kCursorImageTilt, kCursorImagePlus}) {
+    for (int picture :
+         {kCursorImageMove, kCursorImageResize, kCursorImageSlide, kCursorImageVertical,
+          kCursorImageRotate, kCursorImageTilt, kCursorImagePlus}) {
         QImage single = DrawCursorPicture(picture, 1);
         QImage twice = DrawCursorPicture(picture, 2);
         EXPECT_EQ(twice.size(), QSize(64, 64)) << picture;
@@ -90,7 +93,8 @@ TEST(CursorPictures, AtTwiceTheDensityThePictureHasFourTimesThePixels)
             for (int dy = 0; dy < 2; ++dy)
                 for (int dx = 0; dx < 2; ++dx)
                     EXPECT_EQ(twice.pixel(2 * kCursorHotSpot + dx, 2 * kCursorHotSpot + dy),
-                              0xFF000000u) << picture;
+                              0xFF000000u)
+                        << picture;
         }
     }
 }

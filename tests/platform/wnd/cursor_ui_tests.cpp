@@ -2,8 +2,8 @@
 
 #include "platform/wnd/cursor.h"
 
-#include <QGuiApplication>
 #include <gtest/gtest.h>
+#include <QGuiApplication>
 
 #include "platform/wnd/cursor_pictures_qt.h"
 
@@ -21,10 +21,10 @@ TEST(ChangeCursor, KindFourShowsTheArrow)
 TEST(ChangeCursor, EveryKindHasItsImage)
 {
     const int expected[] = {
-        kCursorImageArrow,    kCursorImageArrow,  kCursorImageCrosshair, kCursorImageIBeam,
-        kCursorImageArrow,    kCursorImageMove,   kCursorImageResize,    kCursorImageVertical,
-        kCursorImageResize,   kCursorImageSlide,  kCursorImagePlus,      kCursorImageWait,
-        kCursorImageRotate,   kCursorImageMove,   kCursorImageTilt,
+        kCursorImageArrow,  kCursorImageArrow, kCursorImageCrosshair, kCursorImageIBeam,
+        kCursorImageArrow,  kCursorImageMove,  kCursorImageResize,    kCursorImageVertical,
+        kCursorImageResize, kCursorImageSlide, kCursorImagePlus,      kCursorImageWait,
+        kCursorImageRotate, kCursorImageMove,  kCursorImageTilt,
     };
     for (int kind = 0; kind <= 14; ++kind)
         EXPECT_EQ(CursorImageForKind(kind), expected[kind]) << kind;

@@ -2,8 +2,8 @@
 
 #include "platform/wnd/edit_box.h"
 
-#include <QLineEdit>
 #include <gtest/gtest.h>
+#include <QLineEdit>
 #include <string>
 
 #include "platform/draw/draw_state.h"

@@ -1,10 +1,10 @@
 // System input on the program's windows turned into numbered messages.
 
+#include <gtest/gtest.h>
 #include <QElapsedTimer>
 #include <QFileOpenEvent>
 #include <QLineEdit>
 #include <QMenuBar>
-#include <gtest/gtest.h>
 
 #include "platform/wnd/cpmenu.h"
 #include "platform/wnd/edit_box.h"
@@ -61,8 +61,9 @@ TEST(InputButtonUp, LeftReleaseIs1011AndRightRelease1012)
     Release(content, QPoint(5, 6), Qt::ShiftModifier);
     Press(content, QPoint(7, 8), Qt::NoModifier, Qt::RightButton);
     Release(content, QPoint(7, 8), Qt::NoModifier, Qt::RightButton);
-    EXPECT_EQ(desk.child.InputMessages(),
-              (std::vector<unsigned int>{kMsgButtonDown, kMsgButtonUp, kMsgButtonDown, kMsgSecondaryUp}));
+    EXPECT_EQ(
+        desk.child.InputMessages(),
+        (std::vector<unsigned int>{kMsgButtonDown, kMsgButtonUp, kMsgButtonDown, kMsgSecondaryUp}));
     EXPECT_EQ(desk.child.Last(kMsgButtonUp)->wParam, 32);
     EXPECT_EQ(desk.child.Last(kMsgSecondaryUp)->lParam, MakePointParam(7, 8));
 }
@@ -78,8 +79,8 @@ TEST(InputButtonUp, TheReleaseEndingADoubleClickIs1012)
     Press(content, QPoint(5, 6));
     Release(content, QPoint(5, 6));
     EXPECT_EQ(desk.child.InputMessages(),
-              (std::vector<unsigned int>{kMsgButtonDown, kMsgButtonUp, kMsgButtonDown, kMsgSecondaryUp,
-                                         kMsgButtonDown, kMsgButtonUp}));
+              (std::vector<unsigned int>{kMsgButtonDown, kMsgButtonUp, kMsgButtonDown,
+                                         kMsgSecondaryUp, kMsgButtonDown, kMsgButtonUp}));
 }
 
 TEST(InputButtonUp, CtrlClickIsACommandClickNotASecondaryOne)
@@ -201,7 +202,8 @@ TEST(InputKeys, CommandKeysGoToTheMainWindowAsShortcuts)
     QWidget* content = Content(&desk.child);
     SendKey(content, QEvent::KeyPress, Qt::Key_S, Qt::ControlModifier, "\x13");
     SendKey(content, QEvent::KeyPress, Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier, "\x1a");
-    SendKey(content, QEvent::KeyPress, Qt::Key_Greater, Qt::ControlModifier | Qt::ShiftModifier, ">");
+    SendKey(content, QEvent::KeyPress, Qt::Key_Greater, Qt::ControlModifier | Qt::ShiftModifier,
+            ">");
     std::vector<Received> expected = {{&desk.main, kMsgShortcut, 's', kShortcutMark},
                                       {&desk.main, kMsgShortcut, 'Z', kShortcutMark},
                                       {&desk.main, kMsgShortcut, '>', kShortcutMark}};
@@ -268,7 +270,8 @@ TEST(InputKeys, RepeatsAreKeyDownsWithoutKeyUpsBetween)
     SendKey(content, QEvent::KeyRelease, Qt::Key_Right, Qt::NoModifier, QString(), true);
     SendKey(content, QEvent::KeyPress, Qt::Key_Right, Qt::NoModifier, QString(), true);
     SendKey(content, QEvent::KeyRelease, Qt::Key_Right, Qt::NoModifier);
-    EXPECT_EQ(desk.child.InputMessages(), (std::vector<unsigned int>{kMsgKeyDown, kMsgKeyDown, kMsgKeyUp}));
+    EXPECT_EQ(desk.child.InputMessages(),
+              (std::vector<unsigned int>{kMsgKeyDown, kMsgKeyDown, kMsgKeyUp}));
 }
 
 TEST(InputKeys, ActiveEditBoxTakesEveryKeyButEscape)

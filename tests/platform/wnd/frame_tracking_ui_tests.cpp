@@ -28,9 +28,10 @@ struct Desk {
 // The pointer at a place on the screen, as the widget holding the button sees it while it moves.
 void SendAt(QWidget* widget, QEvent::Type type, QPoint global)
 {
-    Qt::MouseButtons held = type == QEvent::MouseButtonRelease ? Qt::MouseButtons() : Qt::LeftButton;
-    QMouseEvent event(type, QPointF(widget->mapFromGlobal(global)), QPointF(global), Qt::LeftButton, held,
-                      Qt::NoModifier);
+    Qt::MouseButtons held =
+        type == QEvent::MouseButtonRelease ? Qt::MouseButtons() : Qt::LeftButton;
+    QMouseEvent event(type, QPointF(widget->mapFromGlobal(global)), QPointF(global), Qt::LeftButton,
+                      held, Qt::NoModifier);
     QCoreApplication::sendEvent(widget, &event);
 }
 

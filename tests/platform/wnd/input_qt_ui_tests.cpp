@@ -2,8 +2,8 @@
 
 #include "platform/wnd/input_qt.h"
 
-#include <QKeyEvent>
 #include <gtest/gtest.h>
+#include <QKeyEvent>
 
 #include "platform/wnd/messages.h"
 

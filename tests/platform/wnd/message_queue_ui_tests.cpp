@@ -2,9 +2,9 @@
 
 #include "platform/wnd/message_queue.h"
 
+#include <gtest/gtest.h>
 #include <QElapsedTimer>
 #include <QTimer>
-#include <gtest/gtest.h>
 
 #include "platform/draw/draw_port.h"
 #include "platform/draw/draw_state.h"
@@ -39,9 +39,11 @@ Reading Peek()
 
 void PostMouse(QWidget* widget, QEvent::Type type, QPoint at, Qt::MouseButton button)
 {
-    Qt::MouseButtons held = type == QEvent::MouseButtonRelease ? Qt::MouseButtons() : Qt::MouseButtons(button);
-    QCoreApplication::postEvent(widget, new QMouseEvent(type, QPointF(at), QPointF(widget->mapToGlobal(at)),
-                                                        button, held, Qt::ControlModifier));
+    Qt::MouseButtons held =
+        type == QEvent::MouseButtonRelease ? Qt::MouseButtons() : Qt::MouseButtons(button);
+    QCoreApplication::postEvent(
+        widget, new QMouseEvent(type, QPointF(at), QPointF(widget->mapToGlobal(at)), button, held,
+                                Qt::ControlModifier));
 }
 
 struct Shown {
@@ -75,13 +77,16 @@ TEST(GetAMessage, ReadsUpsMovesAndKeysInTheOrderTheyCame)
     Shown shown;
     QWidget* content = Content(&shown.window);
     PostMouse(content, QEvent::MouseButtonPress, QPoint(1, 2), Qt::LeftButton);
-    QCoreApplication::postEvent(content, new QMouseEvent(QEvent::MouseMove, QPointF(3, 4),
-                                                         QPointF(content->mapToGlobal(QPoint(3, 4))),
-                                                         Qt::NoButton, Qt::LeftButton, Qt::NoModifier));
+    QCoreApplication::postEvent(
+        content, new QMouseEvent(QEvent::MouseMove, QPointF(3, 4),
+                                 QPointF(content->mapToGlobal(QPoint(3, 4))), Qt::NoButton,
+                                 Qt::LeftButton, Qt::NoModifier));
     // A right-button up reads as a plain button up.
     PostMouse(content, QEvent::MouseButtonRelease, QPoint(5, 6), Qt::RightButton);
-    QCoreApplication::postEvent(content, new QKeyEvent(QEvent::KeyPress, Qt::Key_Q, Qt::ControlModifier, "\x11"));
-    QCoreApplication::postEvent(content, new QKeyEvent(QEvent::KeyRelease, Qt::Key_Escape, Qt::NoModifier));
+    QCoreApplication::postEvent(
+        content, new QKeyEvent(QEvent::KeyPress, Qt::Key_Q, Qt::ControlModifier, "\x11"));
+    QCoreApplication::postEvent(content,
+                                new QKeyEvent(QEvent::KeyRelease, Qt::Key_Escape, Qt::NoModifier));
     std::vector<std::pair<unsigned int, long>> got;
     for (int i = 0; i < 5; ++i) {
         Reading r = Get();
@@ -114,7 +119,9 @@ TEST(GetAMessage, WaitsAtMostTwentyTicksAndAnswersNothing)
 TEST(GetAMessage, InputArrivingWhileWaitingEndsTheWait)
 {
     Shown shown;
-    QTimer::singleShot(30, [&]() { PostMouse(Content(&shown.window), QEvent::MouseButtonPress, QPoint(9, 9), Qt::LeftButton); });
+    QTimer::singleShot(30, [&]() {
+        PostMouse(Content(&shown.window), QEvent::MouseButtonPress, QPoint(9, 9), Qt::LeftButton);
+    });
     // Had the wait run out first, there would be no message.
     Reading r = Get();
     EXPECT_EQ(r.msg, kMsgButtonDown);

@@ -2,8 +2,8 @@
 
 #include "platform/wnd/scroll_bars_qt.h"
 
-#include <QScrollBar>
 #include <gtest/gtest.h>
+#include <QScrollBar>
 
 #include "wnd_test_support.h"
 

@@ -2,9 +2,9 @@
 
 #include "platform/wnd/shell.h"
 
+#include <gtest/gtest.h>
 #include <QFileOpenEvent>
 #include <QTimer>
-#include <gtest/gtest.h>
 #include <string>
 
 #include "platform/base/env.h"
@@ -25,8 +25,8 @@ TEST(PostAMessage, NullTargetCallsEveryLiveWindowOnceInListOrder)
     log.clear();
 
     EXPECT_EQ(PostAMessage(nullptr, kMsgCommand, 1042, 0), 1);
-    std::vector<Received> expected = {{&a, kMsgCommand, 1042, 0}, {&b, kMsgCommand, 1042, 0},
-                                      {&c, kMsgCommand, 1042, 0}};
+    std::vector<Received> expected = {
+        {&a, kMsgCommand, 1042, 0}, {&b, kMsgCommand, 1042, 0}, {&c, kMsgCommand, 1042, 0}};
     EXPECT_EQ(log, expected);
 }
 
@@ -132,7 +132,8 @@ TEST(MessageLoop, IdleTickSendsPointerMovesToTheWindowUnderThePointer)
     };
     QTimer fallback;
     fallback.setSingleShot(true);
-    QObject::connect(&fallback, &QTimer::timeout, []() { PostAMessage(nullptr, kMsgEndLoop, 1, 0); });
+    QObject::connect(&fallback, &QTimer::timeout,
+                     []() { PostAMessage(nullptr, kMsgEndLoop, 1, 0); });
     fallback.start(3000);
     EXPECT_EQ(MessageLoop(), 0);
     ASSERT_GE(a.Count(kMsgMouseMoved), 1);
@@ -156,11 +157,13 @@ TEST(MessageLoop, ACommandKeyInAChildWindowCanEndTheProgram)
             PostAMessage(gFirstWin, kMsgEndLoop, 0, 0);
     };
     QWidget* content = Content(&stage);
-    QCoreApplication::postEvent(content, new QKeyEvent(QEvent::KeyPress, Qt::Key_Q, Qt::ControlModifier, "\x11"));
+    QCoreApplication::postEvent(
+        content, new QKeyEvent(QEvent::KeyPress, Qt::Key_Q, Qt::ControlModifier, "\x11"));
     // Should the key go astray, the loop still ends.
     QTimer fallback;
     fallback.setSingleShot(true);
-    QObject::connect(&fallback, &QTimer::timeout, []() { PostAMessage(nullptr, kMsgEndLoop, 7, 0); });
+    QObject::connect(&fallback, &QTimer::timeout,
+                     []() { PostAMessage(nullptr, kMsgEndLoop, 7, 0); });
     fallback.start(3000);
     EXPECT_EQ(MessageLoop(), 0);
     EXPECT_EQ(main.Count(kMsgClose), 1);
@@ -211,8 +214,9 @@ TEST(PackSystemVersion, PacksDecimalDigitsIntoNibbles)
 
 TEST(ShellEnvironment, InitMakesTheFontsAndRecordsTheScreenAndCloseFreesThem)
 {
-    ASSERT_EQ(InitEnvironment(reinterpret_cast<void*>(1), "A program name that is much longer than "
-                                                           "sixty-three characters, so it gets cut",
+    ASSERT_EQ(InitEnvironment(reinterpret_cast<void*>(1),
+                              "A program name that is much longer than "
+                              "sixty-three characters, so it gets cut",
                               101),
               1);
     EXPECT_EQ(gEnv.kind, 101);

@@ -2,8 +2,8 @@
 
 #include "platform/wnd/ticks.h"
 
-#include <chrono>
 #include <gtest/gtest.h>
+#include <chrono>
 
 namespace {
 

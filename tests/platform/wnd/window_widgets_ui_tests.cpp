@@ -3,9 +3,9 @@
 
 #include "platform/wnd/window_widgets_qt.h"
 
+#include <gtest/gtest.h>
 #include <QLineEdit>
 #include <QWindow>
-#include <gtest/gtest.h>
 
 #include "platform/draw/draw_state.h"
 #include "platform/wnd/edit_box.h"

@@ -3,18 +3,18 @@
 
 #include "ui/main/cmain.h"
 
+#include <gtest/gtest.h>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
-#include <gtest/gtest.h>
 #include <string>
 
 #include "doc/cdoc.h"
 #include "doc/globals.h"
 #include "platform/draw/draw_port.h"
 #include "platform/file/paths.h"
-#include "platform/task/worker.h"
 #include "platform/ini/settings.h"
+#include "platform/task/worker.h"
 #include "platform/wnd/messages.h"
 #include "platform/wnd/shell.h"
 #include "platform/wnd/window_list.h"
@@ -391,8 +391,8 @@ TEST_F(MainWindow, PaintsTheTileAndThePanel)
     };
     EXPECT_EQ(port->PixelAt(0, 0), rgb(kTileLine));
     EXPECT_EQ(port->PixelAt(1, 0), rgb(kTileGround));
-    EXPECT_EQ(port->PixelAt(client.right - 1, 5), rgb((client.right - 1) % 4 == 0 ? kTileLine
-                                                                                 : kTileGround));
+    EXPECT_EQ(port->PixelAt(client.right - 1, 5),
+              rgb((client.right - 1) % 4 == 0 ? kTileLine : kTileGround));
     // The stage starts at half size: the "50%" mark is filled, the "100%" mark is not.
     tagRECT full = ZoomMarkRect(client, 0);
     tagRECT half = ZoomMarkRect(client, 1);

@@ -2,8 +2,8 @@
 
 #include "ui/main/doc_link.h"
 
-#include <cstdlib>
 #include <gtest/gtest.h>
+#include <cstdlib>
 
 #include "doc/cdoc.h"
 #include "doc/globals.h"

@@ -38,7 +38,8 @@ TEST(BackgroundTile, IsTwoColoursWithALineEveryFourColumns)
     for (int y = 0; y < kBackgroundTileSize; ++y) {
         for (int x = 0; x < kBackgroundTileSize; ++x) {
             uint32_t expected = x % kTileStripe == 0 ? Rgb(kTileLine) : Rgb(kTileGround);
-            ASSERT_EQ(pixels[size_t(y) * kBackgroundTileSize + size_t(x)], expected) << x << "," << y;
+            ASSERT_EQ(pixels[size_t(y) * kBackgroundTileSize + size_t(x)], expected)
+                << x << "," << y;
         }
     }
 }

@@ -9,6 +9,9 @@
 // PX_UPDATE_REFERENCE=1 writes the reference picture anew (look at it before committing it).
 // Exit codes: 0 passed, 1 failed, 77 skipped (no display).
 
+#include <sys/wait.h>
+#include <unistd.h>
+#include <xcb/xcb.h>
 #include <QImage>
 #include <algorithm>
 #include <chrono>
@@ -19,11 +22,8 @@
 #include <filesystem>
 #include <memory>
 #include <string>
-#include <sys/wait.h>
 #include <thread>
-#include <unistd.h>
 #include <vector>
-#include <xcb/xcb.h>
 
 namespace {
 
@@ -57,7 +57,8 @@ xcb_atom_t Atom(xcb_connection_t* connection, const char* name)
 std::string Property(xcb_connection_t* connection, xcb_window_t window, xcb_atom_t property)
 {
     auto reply = Owned(xcb_get_property_reply(
-        connection, xcb_get_property(connection, 0, window, property, XCB_GET_PROPERTY_TYPE_ANY, 0, 1024),
+        connection,
+        xcb_get_property(connection, 0, window, property, XCB_GET_PROPERTY_TYPE_ANY, 0, 1024),
         nullptr));
     if (!reply)
         return {};
@@ -70,7 +71,8 @@ std::string Property(xcb_connection_t* connection, xcb_window_t window, xcb_atom
 xcb_window_t FindWindow(xcb_connection_t* connection, xcb_window_t parent, const std::string& title,
                         xcb_atom_t netName)
 {
-    auto tree = Owned(xcb_query_tree_reply(connection, xcb_query_tree(connection, parent), nullptr));
+    auto tree =
+        Owned(xcb_query_tree_reply(connection, xcb_query_tree(connection, parent), nullptr));
     if (!tree)
         return XCB_WINDOW_NONE;
     xcb_window_t* children = xcb_query_tree_children(tree.get());
@@ -89,11 +91,11 @@ xcb_window_t FindWindow(xcb_connection_t* connection, xcb_window_t parent, const
 // The whole screen as the display shows it.
 QImage GrabScreen(xcb_connection_t* connection, xcb_screen_t* screen)
 {
-    auto image = Owned(xcb_get_image_reply(
-        connection,
-        xcb_get_image(connection, XCB_IMAGE_FORMAT_Z_PIXMAP, screen->root, 0, 0,
-                      screen->width_in_pixels, screen->height_in_pixels, ~0u),
-        nullptr));
+    auto image = Owned(
+        xcb_get_image_reply(connection,
+                            xcb_get_image(connection, XCB_IMAGE_FORMAT_Z_PIXMAP, screen->root, 0, 0,
+                                          screen->width_in_pixels, screen->height_in_pixels, ~0u),
+                            nullptr));
     int width = screen->width_in_pixels;
     int height = screen->height_in_pixels;
     if (!image || xcb_get_image_data_length(image.get()) < width * height * 4)
@@ -134,10 +136,7 @@ int WaitForExit(pid_t child, std::chrono::milliseconds limit)
     return -1;
 }
 
-bool Exited(pid_t child, int* status)
-{
-    return waitpid(child, status, WNOHANG) == child;
-}
+bool Exited(pid_t child, int* status) { return waitpid(child, status, WNOHANG) == child; }
 
 int Fail(pid_t child, const char* why)
 {
@@ -154,8 +153,9 @@ int Fail(pid_t child, const char* why)
 int main(int argc, char** argv)
 {
     if (argc != 6) {
-        std::fprintf(stderr, "usage: px_editor_window_check parallaxotron show.plx title "
-                             "reference.png screenshot.png\n");
+        std::fprintf(stderr,
+                     "usage: px_editor_window_check parallaxotron show.plx title "
+                     "reference.png screenshot.png\n");
         return kFailed;
     }
     const std::string title = argv[3];
@@ -232,7 +232,8 @@ int main(int argc, char** argv)
         reference = reference.convertToFormat(QImage::Format_RGB32);
         if (reference.size() != shot.size()) {
             pictureMatches = false;
-            std::fprintf(stderr, "px_editor_window_check: the screen is %dx%d, the reference %dx%d\n",
+            std::fprintf(stderr,
+                         "px_editor_window_check: the screen is %dx%d, the reference %dx%d\n",
                          shot.width(), shot.height(), reference.width(), reference.height());
         } else {
             int differing = CountDiffering(shot, reference);

@@ -2,8 +2,8 @@
 
 #include "ui/main/key_panel.h"
 
-#include <cstring>
 #include <gtest/gtest.h>
+#include <cstring>
 #include <limits>
 
 #include "doc/cdoc.h"
@@ -91,8 +91,9 @@ TEST(SummaryLine, FlagsInTheirOrder)
     summary.videoSafe = true;
     summary.pictureBits = 32;
     summary.pictureName = "city";
-    EXPECT_EQ(SummaryLine(summary), "29.97 fps / Draft Mode / Field order swapped / Motion Blur"
-                                    " / Pre-Blur / Con / VS / Alpha / city");
+    EXPECT_EQ(SummaryLine(summary),
+              "29.97 fps / Draft Mode / Field order swapped / Motion Blur"
+              " / Pre-Blur / Con / VS / Alpha / city");
 }
 
 TEST(SummaryLine, ContrastWithinOneOfNeutralIsNoChange)

@@ -65,14 +65,13 @@ TEST_F(MenuTable, FullProgramHasTheSixMenusInOrderWithEveryCommand)
               (std::vector<std::string>{"File", "Edit", "Options", "Render", "View", "Help"}));
     const int s = kMenuSeparator;
     const int t = kMenuTitle;
-    EXPECT_EQ(Commands(lines),
-              (std::vector<int>{t, 1010, s, 2005, 2004, 2003, s, 1013, 1014, 1037, s, 1015, 1016,
-                                1017, s, 2001,
-                                t, 9004, 9005, s, 9001, 9000, 9002, 9003, s, 1023, 1024, 1022, 1025,
-                                t, 1000, 1002, s, 1003, 1004, 1005, 1006, s, 1007,
-                                t, 1030, 1031, 1032, s, 1033, 1035, 1034, s, 1036,
-                                t, 1041, 1040, s, 1042, 1043, s, 1044, 1045,
-                                t, 1026}));
+    EXPECT_EQ(
+        Commands(lines),
+        (std::vector<int>{t,    1010, s,    2005, 2004, 2003, s,    1013, 1014, 1037, s,    1015,
+                          1016, 1017, s,    2001, t,    9004, 9005, s,    9001, 9000, 9002, 9003,
+                          s,    1023, 1024, 1022, 1025, t,    1000, 1002, s,    1003, 1004, 1005,
+                          1006, s,    1007, t,    1030, 1031, 1032, s,    1033, 1035, 1034, s,
+                          1036, t,    1041, 1040, s,    1042, 1043, s,    1044, 1045, t,    1026}));
     EXPECT_STREQ(Find(lines, 1010)->text, "Load Picture/E");
     EXPECT_STREQ(Find(lines, 2001)->text, "Exit/Q");
     EXPECT_STREQ(Find(lines, 1003)->text, "Slow-in & Slow Out");
@@ -150,8 +149,9 @@ TEST_F(MenuTable, OnOffItemsFollowTheirSettings)
     std::vector<MenuLine> off = MainMenuLines(MenuVariant{true, false, false, true, false});
     for (int command : {1000, 1033, 1035, 1034, 1041, 1040})
         EXPECT_FALSE(Checked(off, command)) << command;
-    Settings("ShowCameraPath=1\r\nDraftRender=1\r\nBlurFrames=3\r\nMultiProcess=1\r\n"
-             "CenterPic=1\r\nShowTVSafe=1\r\n");
+    Settings(
+        "ShowCameraPath=1\r\nDraftRender=1\r\nBlurFrames=3\r\nMultiProcess=1\r\n"
+        "CenterPic=1\r\nShowTVSafe=1\r\n");
     std::vector<MenuLine> on = MainMenuLines(MenuVariant{true, false, false, true, false});
     for (int command : {1000, 1033, 1035, 1034, 1041, 1040})
         EXPECT_TRUE(Checked(on, command)) << command;
@@ -195,8 +195,7 @@ TEST_F(MenuTable, HostedFileMenuAppliesOrQuitsInsteadOfRendering)
     const int s = kMenuSeparator;
     std::vector<int> commands = Commands(lines);
     std::vector<int> fileMenu(commands.begin(), commands.begin() + 9);
-    EXPECT_EQ(fileMenu,
-              (std::vector<int>{kMenuTitle, 1010, s, 2005, 2004, 2003, s, 2001, 2002}));
+    EXPECT_EQ(fileMenu, (std::vector<int>{kMenuTitle, 1010, s, 2005, 2004, 2003, s, 2001, 2002}));
     EXPECT_EQ(commands[9], kMenuTitle);
     EXPECT_STREQ(Find(lines, 2001)->text, "Apply Moves and Close/Q");
     EXPECT_STREQ(Find(lines, 2002)->text, "Quit - DON'T Apply changes");
@@ -222,8 +221,8 @@ TEST_F(MenuTable, ReducedVariantDropsRatesRenderMenuAndTvSafe)
     std::vector<int> commands = Commands(lines);
     const int s = kMenuSeparator;
     EXPECT_EQ(std::vector<int>(commands.begin(), commands.begin() + 13),
-              (std::vector<int>{kMenuTitle, 1010, 1011, s, 2005, 2004, 2003, s, 1013, 1014, 1037,
-                                s, 2001}));
+              (std::vector<int>{kMenuTitle, 1010, 1011, s, 2005, 2004, 2003, s, 1013, 1014, 1037, s,
+                                2001}));
     EXPECT_STREQ(Find(lines, 1011)->text, "Load Picture and Jump/~");
     EXPECT_STREQ(Find(lines, 1008)->text, "Set Viewer Aspect Ratio");
     for (int command : {1002, 1015, 1016, 1017, 1030, 1036, 1040})

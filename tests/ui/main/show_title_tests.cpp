@@ -2,8 +2,8 @@
 
 #include "ui/main/show_title.h"
 
-#include <cstring>
 #include <gtest/gtest.h>
+#include <cstring>
 #include <string>
 
 namespace {

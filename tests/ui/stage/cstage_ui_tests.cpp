@@ -3,8 +3,8 @@
 
 #include "ui/stage/cstage.h"
 
-#include <cstdlib>
 #include <gtest/gtest.h>
+#include <cstdlib>
 #include <string>
 
 #include "doc/cdoc.h"

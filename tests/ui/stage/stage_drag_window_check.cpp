@@ -109,7 +109,8 @@ int Run(const char* show, const char* referencePath, const char* screenshotPath)
         pDoc->GetKey(index, key, 0);
     float wanted = x + static_cast<float>(kDrag) / scale;
     if (index < 0 || std::abs(key.XPos - wanted) > 1.0f / scale || !pDoc->dirty) {
-        std::fprintf(stderr, "px_stage_drag_check: no moved key at the frame (XPos %.1f, wanted %.1f)\n",
+        std::fprintf(stderr,
+                     "px_stage_drag_check: no moved key at the frame (XPos %.1f, wanted %.1f)\n",
                      static_cast<double>(key.XPos), static_cast<double>(wanted));
         return kFailed;
     }
@@ -126,7 +127,8 @@ int Run(const char* show, const char* referencePath, const char* screenshotPath)
         std::printf("reference written to %s\n", referencePath);
         return kPassed;
     }
-    QImage reference = QImage(QString::fromLocal8Bit(referencePath)).convertToFormat(QImage::Format_RGB32);
+    QImage reference =
+        QImage(QString::fromLocal8Bit(referencePath)).convertToFormat(QImage::Format_RGB32);
     if (reference.isNull() || reference.size() != shot.size()) {
         std::fprintf(stderr, "px_stage_drag_check: no reference picture of the screen's size\n");
         return kFailed;

@@ -3,9 +3,9 @@
 
 #include "ui/timeline/ctime.h"
 
+#include <gtest/gtest.h>
 #include <QTimer>
 #include <cstdlib>
-#include <gtest/gtest.h>
 #include <string>
 
 #include "doc/cdoc.h"

@@ -2,8 +2,8 @@
 
 #include "ui/timeline/key_dialog.h"
 
-#include <cmath>
 #include <gtest/gtest.h>
+#include <cmath>
 #include <limits>
 #include <string>
 

@@ -2,8 +2,8 @@
 
 #include "ui/timeline/key_dialog.h"
 
-#include <QTimer>
 #include <gtest/gtest.h>
+#include <QTimer>
 
 #include "platform/dialog/cpdialog.h"
 #include "platform/dialog/dialog_layout.h"

@@ -13,10 +13,7 @@ using TimelineEdit = DocFixture;
 
 constexpr int kScale = 30;  // two pixels a frame
 
-long X(long frame)
-{
-    return TimelineToPix(frame, kScale);
-}
+long X(long frame) { return TimelineToPix(frame, kScale); }
 
 TEST_F(TimelineEdit, PressOnTheFirstKeyOfPictureZeroStartsNothing)
 {

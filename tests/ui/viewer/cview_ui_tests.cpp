@@ -4,10 +4,10 @@
 
 #include "ui/viewer/cview.h"
 
+#include <gtest/gtest.h>
 #include <QTimer>
 #include <cstdlib>
 #include <cstring>
-#include <gtest/gtest.h>
 #include <string>
 #include <vector>
 

@@ -145,7 +145,8 @@ int Run(const char* show, const char* referencePath, const char* screenshotPath)
 int main(int argc, char** argv)
 {
     if (argc != 4) {
-        std::fprintf(stderr, "usage: px_viewer_frame_check show.plx reference.png screenshot.png\n");
+        std::fprintf(stderr,
+                     "usage: px_viewer_frame_check show.plx reference.png screenshot.png\n");
         return kFailed;
     }
     if (!std::getenv("DISPLAY")) {
