@@ -71,7 +71,15 @@ function(px_tests)
     if(text MATCHES "PX_SOURCE_DIR|picture_files\\.h")
       target_compile_definitions(${stem} PRIVATE PX_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
     endif()
-    gtest_discover_tests(${stem} DISCOVERY_MODE PRE_TEST
-                         PROPERTIES ENVIRONMENT "${PX_TEST_ENVIRONMENT}")
+    # Properties handed to gtest_discover_tests go through a generated script that keeps only
+    # the first entry of a list, so the environment is set by a script of our own that CTest
+    # reads after the discovered tests are defined.
+    gtest_discover_tests(${stem} DISCOVERY_MODE PRE_TEST)
+    set(script ${CMAKE_CURRENT_BINARY_DIR}/${stem}_environment.cmake)
+    file(WRITE ${script}
+         "if(${stem}_TESTS)\n"
+         "  set_tests_properties(\${${stem}_TESTS} PROPERTIES ENVIRONMENT \"${PX_TEST_ENVIRONMENT}\")\n"
+         "endif()\n")
+    set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES ${script})
   endforeach()
 endfunction()
