@@ -66,9 +66,10 @@ function(px_tests)
     target_compile_options(${stem} PRIVATE ${PX_WARNINGS})
     # Where a test finds the files the project ships (the demo show), given only to the tests
     # that use it: the others compile to the same objects in every checkout, so a compiler cache
-    # serves them to a fresh clone. picture_files.h reads the kept malformed files from there.
+    # serves them to a fresh clone. malformed_files.h reads the kept damaged inputs from there
+    # when CTest does not say where they are.
     file(READ ${source} text)
-    if(text MATCHES "PX_SOURCE_DIR|picture_files\\.h")
+    if(text MATCHES "PX_SOURCE_DIR|picture_files\\.h|malformed_files\\.h")
       target_compile_definitions(${stem} PRIVATE PX_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
     endif()
     # Properties handed to gtest_discover_tests go through a generated script that keeps only

@@ -18,6 +18,7 @@
 #include "platform/file/cpfile.h"
 #include "platform/file/fspec.h"
 #include "platform/picture/test_gif.h"
+#include "support/malformed_files.h"
 #include "support/temp_dir.h"
 
 namespace pxtest {
@@ -480,29 +481,6 @@ inline Bytes MakePsd(const PsdOptions& o)
     if (o.keepBytes >= 0)
         bytes.resize(o.keepBytes);
     return bytes;
-}
-
-// The damaged files kept in tests/data/<format>/malformed/, each named "<code>-<what it is>":
-// the result code its reader must answer, then what is wrong with it. Sorted by name.
-struct MalformedFile {
-    std::string path;
-    int code;
-};
-
-inline std::vector<MalformedFile> MalformedFiles(const std::string& format)
-{
-    const char* data = std::getenv("PX_TEST_DATA");
-    std::filesystem::path folder =
-        std::filesystem::path(data ? data : PX_SOURCE_DIR "/tests/data") / format / "malformed";
-    std::vector<MalformedFile> files;
-    std::error_code error;
-    for (const auto& entry : std::filesystem::directory_iterator(folder, error)) {
-        std::string name = entry.path().filename().string();
-        files.push_back({entry.path().string(), std::atoi(name.c_str())});
-    }
-    std::sort(files.begin(), files.end(),
-              [](const MalformedFile& a, const MalformedFile& b) { return a.path < b.path; });
-    return files;
 }
 
 }  // namespace pxtest

@@ -4,6 +4,8 @@
 
 #include <vector>
 
+#include "support/malformed_files.h"
+
 namespace {
 
 using Bytes = std::vector<unsigned char>;
@@ -115,3 +117,20 @@ TEST(RlcUnPack, MixedRunsMakeTheWholeRow)
 }
 
 }  // namespace
+
+// The damaged rows kept in tests/data/rlc/malformed/: two bytes of row size (low byte first), then
+// the packed bytes. Each file's name starts with the number of bytes the row must get; nothing is
+// written outside the row.
+TEST(RlcUnPack, EveryKeptMalformedRowUnpacksOnlyWithinItsRow)
+{
+    std::vector<pxtest::MalformedFile> files = pxtest::MalformedFiles("rlc");
+    ASSERT_GE(files.size(), 5u);
+    for (const pxtest::MalformedFile& file : files) {
+        SCOPED_TRACE(file.path);
+        const Bytes& bytes = file.bytes;
+        ASSERT_GE(bytes.size(), 2u);
+        long size = bytes[0] | bytes[1] << 8;
+        Unpacked unpacked = Unpack(Bytes(bytes.begin() + 2, bytes.end()), size);
+        EXPECT_EQ(unpacked.written, file.code);
+    }
+}

@@ -16,6 +16,7 @@
 #include "platform/base/env.h"
 #include "platform/base/file_types.h"
 #include "support/file_size_limit.h"
+#include "support/malformed_files.h"
 #include "support/small_disk.h"
 #include "support/temp_dir.h"
 
@@ -450,6 +451,31 @@ TEST_F(SettingsStore, EmptyOrMissingBytesGiveTheHeader)
     EXPECT_EQ(Text(), kHeader);
     LoadIniText("", 0);
     EXPECT_EQ(Text(), kHeader);
+}
+
+// The damaged settings files kept in tests/data/settings/malformed/: "1-" files are kept as read
+// (to their first NUL or 1,023 characters), "0-" files do not name the program and give the bare
+// header. Either way the store stays a terminated text the program can read and write.
+TEST_F(SettingsStore, EveryKeptMalformedSettingsFileLeavesAUsableStore)
+{
+    std::vector<pxtest::MalformedFile> files = pxtest::MalformedFiles("settings");
+    ASSERT_GE(files.size(), 5u);
+    for (const pxtest::MalformedFile& file : files) {
+        SCOPED_TRACE(file.path);
+        std::filesystem::copy_file(file.path, SettingsPath(),
+                                   std::filesystem::copy_options::overwrite_existing);
+        LoadIniFile();
+        std::string text(reinterpret_cast<const char*>(file.bytes.data()), file.bytes.size());
+        std::string kept = std::string(text.c_str()).substr(0, 1023);
+        EXPECT_EQ(Text() == kept ? 1 : 0, file.code);
+        if (file.code == 0) {
+            EXPECT_EQ(Text(), kHeader);
+        }
+        ASSERT_LE(std::strlen(gIniString), 1023u);
+        EXPECT_EQ(GetIniItem("NotThere", 7), 7);
+        SetIniItem("Written", 5L);
+        EXPECT_LE(std::strlen(gIniString), 1023u);
+    }
 }
 
 // --- The settings file -------------------------------------------------------------------------
