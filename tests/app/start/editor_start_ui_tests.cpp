@@ -4,9 +4,6 @@
 #include "app/start/editor_start.h"
 
 #include <gtest/gtest.h>
-#include <QApplication>
-#include <QTimer>
-#include <QWidget>
 #include <cstdlib>
 #include <filesystem>
 #include <string>
@@ -15,6 +12,7 @@
 #include "platform/ini/settings.h"
 #include "platform/wnd/shell.h"
 #include "platform/wnd/window_list.h"
+#include "support/close_when_shown.h"
 #include "support/temp_dir.h"
 #include "ui/editor_windows.h"
 
@@ -23,20 +21,10 @@ namespace {
 const std::string kDemoShow = std::string(PX_SOURCE_DIR) + "/resources/demo/demo.plx";
 constexpr const char* kDemoTitle = "Hollerbank Parallaxotron - demo";
 
-// Asks the window titled `title` to close the way the desktop does (its close event), once it
-// is there; the title seen is kept in `seen`.
+// Closes the window titled `title` once it shows; the title seen is kept in `seen`.
 void CloseWindowWhenShown(const char* title, std::string* seen)
 {
-    QTimer::singleShot(20, [title, seen]() {
-        for (QWidget* widget : QApplication::topLevelWidgets()) {
-            if (widget->isVisible() && widget->windowTitle() == QString::fromUtf8(title)) {
-                *seen = title;
-                widget->close();
-                return;
-            }
-        }
-        CloseWindowWhenShown(title, seen);
-    });
+    pxtest::CloseWindowWhenShown(QString::fromUtf8(title), [title, seen]() { *seen = title; });
 }
 
 class EditorRun : public testing::Test {
