@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <limits>
+#include <memory>
 #include <vector>
 
 #include "doc/cdoc.h"
@@ -134,8 +135,42 @@ bool AskMovie(int movieType, FSpec* movie)
                           remembered ? &folder : nullptr);
 }
 
-// The windows show the document as the render left it: the frame it went back to, and in batch
-// mode the last show loaded.
+// A batch loads every show it renders into the document. The user's own show, saved or not, is
+// kept in memory meanwhile and put back afterwards, with its file, its modified flag and its
+// frame (its undo steps do not survive the loads).
+class KeptShow {
+public:
+    explicit KeptShow(CDoc& doc)
+        : doc_(doc), file_(doc.showFile), dirty_(doc.dirty), frame_(gCurFrame)
+    {
+        long size = doc.SaveShow(nullptr, nullptr);
+        if (size > 0) {
+            bytes_.resize(static_cast<size_t>(size));
+            bytes_.resize(static_cast<size_t>(std::max(doc.SaveShow(nullptr, bytes_.data()), 0L)));
+        }
+        // Laying the show out in memory is not saving it.
+        doc.dirty = dirty_;
+    }
+    void Restore()
+    {
+        doc_.ClearShow();
+        if (!bytes_.empty())
+            doc_.LoadShow(nullptr, bytes_.data(), static_cast<long>(bytes_.size()), false);
+        doc_.showFile = file_;
+        doc_.dirty = dirty_;
+        gCurFrame = frame_;
+        doc_.GotoFrame(frame_, true);
+    }
+
+private:
+    CDoc& doc_;
+    std::vector<char> bytes_;
+    ShowFileRecord file_;
+    bool dirty_;
+    long frame_;
+};
+
+// The windows show the document as the render left it.
 void RefreshWindows()
 {
     if (pTime)
@@ -228,8 +263,13 @@ int MakeMovieFile(bool batch)
     if (!AskMovie(movieType, &job.movie))
         return 0;
 
+    std::unique_ptr<KeptShow> kept;
+    if (batch)
+        kept = std::make_unique<KeptShow>(*pDoc);
     EditorRenderProgress progress;
     MovieJobResult result = MakeMovieFiles(*pDoc, job, progress);
+    if (kept)
+        kept->Restore();
     if (result == MovieJobResult::kMade || result == MovieJobResult::kWriteFailed)
         RememberFolderOf(batch ? job.shows.front() : job.movie);
     RefreshWindows();

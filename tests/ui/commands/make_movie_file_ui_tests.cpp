@@ -508,6 +508,13 @@ TEST_F(MakeMovieCommand, BatchMakesOneMovieWithBForEveryShowChosen)
     pDoc->SetKey(1, last, 0);
     FSpec second = PathSpec(dir.File("shows/second.plx"));
     ASSERT_TRUE(pDoc->WriteShowFile(&second));
+    // The user's own show, changed since it was saved, at frame 2.
+    pDoc->showFile.Set(second);
+    last.Frame = 9;
+    pDoc->SetKey(1, last, 0);
+    ASSERT_TRUE(pDoc->dirty);
+    pDoc->GotoFrame(2, true);
+    gCurFrame = 2;
 
     PostReturn(pStage);
     PushFileDialogAnswer({dir.File("shows/first.plx"), dir.File("shows/second.plx")});
@@ -524,6 +531,13 @@ TEST_F(MakeMovieCommand, BatchMakesOneMovieWithBForEveryShowChosen)
     EXPECT_EQ(Frames("firstB.mov"), 6);
     EXPECT_EQ(Frames("secondB.mov"), 4);
     EXPECT_FALSE(pxtest::FileExists(dir.File("out.mov")));
+    // The editor has the user's show back as it was.
+    EXPECT_EQ(pDoc->picCount, 1);
+    EXPECT_EQ(pDoc->keys[0][1].Frame, 9);
+    EXPECT_EQ(ShowEnd(*pDoc), 9);
+    EXPECT_TRUE(pDoc->dirty);
+    EXPECT_STREQ(pDoc->showFile.path, dir.File("shows/second.plx").c_str());
+    EXPECT_EQ(gCurFrame, 2);
     EXPECT_EQ(Setting("InitialFolder"), dir.File("shows/"));
     EXPECT_EQ(Setting("InitialVrefnum"), "9991");
     EXPECT_EQ(Setting("InitialParID"), "9991");
