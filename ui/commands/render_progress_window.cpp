@@ -82,6 +82,9 @@ void EditorRenderProgress::Progress(double fraction, const char* text)
     double elapsed = std::chrono::duration<double>(now - phaseStart_).count();
     time_ = TimeToGoText(SecondsToGo(elapsed, fraction));
     Draw();
+    // The holds write frames without asking to stop; reading here keeps the windows painting
+    // through them too, and an Esc pressed meanwhile is seen at the next frame.
+    ReadWaitingInput();
 }
 
 void EditorRenderProgress::ShowFrame(long frame)
@@ -93,6 +96,13 @@ void EditorRenderProgress::ShowFrame(long frame)
 }
 
 bool EditorRenderProgress::CancelRequested()
+{
+    ReadWaitingInput();
+    // Quitting the program also ends the run.
+    return cancelled_ || gMacDone != 0;
+}
+
+void EditorRenderProgress::ReadWaitingInput()
 {
     for (int i = 0; i < kInputPerFrame && !cancelled_; ++i) {
         CPWnd* window = nullptr;
@@ -107,8 +117,6 @@ bool EditorRenderProgress::CancelRequested()
         if (msg == kMsgKeyDown && wParam == kCharEscape)
             cancelled_ = true;
     }
-    // Quitting the program also ends the run.
-    return cancelled_ || gMacDone != 0;
 }
 
 void EditorRenderProgress::Draw()

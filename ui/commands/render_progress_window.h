@@ -46,6 +46,9 @@ public:
 private:
     using Clock = std::chrono::steady_clock;
     void Draw();
+    // Reads the input that is waiting (which also lets the windows paint): Esc is remembered,
+    // the rest dropped.
+    void ReadWaitingInput();
 
     std::string text_;
     std::string time_;

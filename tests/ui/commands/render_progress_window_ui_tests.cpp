@@ -96,6 +96,15 @@ TEST_F(EditorRenderInput, OtherInputIsReadAndDropped)
     EXPECT_TRUE(progress.CancelRequested());
 }
 
+TEST_F(EditorRenderInput, EscDuringAHoldIsSeenAtTheNextFrame)
+{
+    progress.Progress(0.0, "Rendering Hold... (Hit any key to cancel)");
+    PostEscape(&window);
+    progress.Progress(0.5, "Rendering Hold... (Hit any key to cancel)");
+    // The key was read while the hold was written; nothing is left waiting for the windows.
+    EXPECT_TRUE(progress.CancelRequested());
+}
+
 TEST_F(EditorRenderInput, NothingWaitingGoesOn) { EXPECT_FALSE(progress.CancelRequested()); }
 
 }  // namespace
