@@ -1,7 +1,6 @@
 #include "ui/commands/make_movie_file.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
@@ -75,15 +74,15 @@ long FramesOf(const char* values, int row)
     return frame;
 }
 
-// The frame rate row: a number ("29.97"); text that is not one gives 0.
+// The frame rate row: a number ("29.97"); text that is not one gives 0. Out-of-range numbers
+// come back as infinities, which the clamp turns into plain limits for the options to finish.
 float RateOf(const char* values, int row)
 {
     char text[kDialogRowSize];
     GetDialogValue(values, row, text);
-    errno = 0;
     double rate = std::strtod(text, nullptr);
-    if (errno == ERANGE || !std::isfinite(rate))
-        return rate < 0.0 ? 0.0f : std::numeric_limits<float>::max();
+    if (std::isnan(rate))
+        return 0.0f;
     return static_cast<float>(std::clamp(rate, -1.0, 1000.0));
 }
 

@@ -290,6 +290,12 @@ TEST_F(MakeMovieCommand, TheValuesAreConvertedClampedAndLimited)
     options = ReadMovieDialog(lists);
     EXPECT_EQ(options.framesPerSecond, 60.0f);
     EXPECT_EQ(options.width, 4096);
+    SetDialogValue(lists.values, kMovieRowRate, "1e-999");
+    EXPECT_EQ(ReadMovieDialog(lists).framesPerSecond, 0.0f);
+    SetDialogValue(lists.values, kMovieRowRate, "nan");
+    EXPECT_EQ(ReadMovieDialog(lists).framesPerSecond, 0.0f);
+    SetDialogValue(lists.values, kMovieRowRate, "fast");
+    EXPECT_EQ(ReadMovieDialog(lists).framesPerSecond, 0.0f);
 }
 
 TEST_F(MakeMovieCommand, TheRememberedMovieKindComesFirstInTheFilter)
