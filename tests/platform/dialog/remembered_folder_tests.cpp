@@ -48,8 +48,11 @@ TEST_F(RememberedFolderTest, WithoutAPathTheNumbersAreTheFolder)
     SetIniItem("InitialParID", 42L);
     FSpec folder{};
     ASSERT_TRUE(RememberedFolder(&folder));
-    EXPECT_EQ(folder.vRefNum, -1);
-    EXPECT_EQ(folder.parID, 42);
+    // The record is packed: its numbers are read by value.
+    int volume = folder.vRefNum;
+    int parent = folder.parID;
+    EXPECT_EQ(volume, -1);
+    EXPECT_EQ(parent, 42);
     EXPECT_STREQ(folder.name, "");
 }
 
