@@ -1,31 +1,12 @@
 #include "platform/dialog/look_for_file.h"
 
 #include "platform/dialog/message_box.h"
+#include "platform/dialog/remembered_folder.h"
 #include "platform/file/file_dialog.h"
-#include "platform/file/paths.h"
-#include "platform/ini/settings.h"
 
 namespace {
 
 constexpr const char* kAllFiles = "All Files (*.*)|*.*||";
-
-// The folder the last file dialog was in: the remembered path, else the remembered native
-// numbers. False when nothing is remembered.
-bool RememberedFolder(FSpec* folder)
-{
-    char path[kMaxPathLength + 1];
-    GetIniString("InitialFolder", "", path, kMaxPathLength);
-    if (path[0]) {
-        *folder = PathFSpec(path);
-        return true;
-    }
-    long volume = GetIniItem("InitialVrefnum", 0);
-    long parent = GetIniItem("InitialParID", 0);
-    if (volume == 0 && parent == 0)
-        return false;
-    *folder = FSpec{static_cast<int16_t>(volume), static_cast<int32_t>(parent), {}};
-    return true;
-}
 
 }  // namespace
 

@@ -15,6 +15,7 @@
 #include "platform/wnd/cursor.h"
 #include "platform/wnd/messages.h"
 #include "platform/wnd/shell.h"
+#include "ui/commands/make_movie_file.h"
 #include "ui/editor_windows.h"
 #include "ui/main/edit_menu.h"
 #include "ui/main/editor_pictures.h"
@@ -211,8 +212,14 @@ long CMain::HandleEvent(unsigned int msg, long wParam, long lParam)
             Quit(0);
             return 1;
         }
+        if (wParam == 'k' || wParam == 'K')
+            return HandleEvent(kMsgCommand, 1013, 0);
         return 0;
     case kMsgCommand:
+        if (wParam == 1013 || wParam == 1014) {  // "Make Movie File/K", "Batch Render Movies"
+            MakeMovieFile(wParam == 1014);
+            return 1;
+        }
         if (wParam == kCmdExit) {
             Quit(0);
             return 1;
