@@ -22,7 +22,7 @@ namespace {
 // A connection that has not sent its whole path by then is dropped: a stuck or stray client
 // holds nothing for long.
 constexpr int kConnectionLifeMilliseconds = 10000;
-// How long a listener that finds the address taken waits to learn whether an editor is behind it.
+// How long a starting listener waits to learn whether an editor listens at its address already.
 constexpr int kLivenessWaitMilliseconds = 1000;
 
 std::unique_ptr<QLocalServer>& Listener()
