@@ -86,7 +86,7 @@ fi
 desktop-file-validate "$desktop" || fail "desktop-file-validate"
 appstreamcli validate --no-net "$prefix/share/metainfo/$id.metainfo.xml" || fail "appstreamcli validate"
 
-update-mime-database "$prefix/share/mime" || fail "update-mime-database"
+XDG_DATA_HOME="$prefix/share" update-mime-database "$prefix/share/mime" || fail "update-mime-database"
 [ -f "$prefix/share/mime/application/x-parallaxotron-show.xml" ] ||
   fail "update-mime-database made no entry for the show type"
 
