@@ -1,8 +1,10 @@
 #include "app/start/editor_start.h"
 
 #include <cstdio>
+#include <filesystem>
 
 #include "app/start/program_start.h"
+#include "platform/instance/single_instance.h"
 #include "platform/wnd/application.h"
 #include "ui/main/run_editor.h"
 
@@ -11,6 +13,22 @@ int RunEditorSession(void* instance, const char* showPath)
     StartProgram(ProgramFront::kEditor, instance);
     int code = RunEditorWindows(showPath);
     StopProgram(ProgramFront::kEditor);
+    return code;
+}
+
+int RunEditorOrHandOver(void* instance, const char* showPath, const std::string& address)
+{
+    if (showPath && showPath[0]) {
+        // The running editor works in a folder of its own: it gets the path from the root.
+        std::error_code error;
+        std::string full = std::filesystem::absolute(showPath, error).string();
+        if (HandToRunningEditor(address, error ? showPath : full))
+            return 0;
+    }
+    bool listening = StartEditorListener(address);
+    int code = RunEditorSession(instance, showPath);
+    if (listening)
+        StopEditorListener();
     return code;
 }
 
@@ -27,7 +45,7 @@ int RunEditor(char* programPath, const char* showPath)
                      "  parallaxotron --render show.plx -o movie.mov\n");
         return 1;
     }
-    int code = RunEditorSession(arguments, showPath);
+    int code = RunEditorOrHandOver(arguments, showPath, EditorInstanceAddress());
     StopApplication();
     return code;
 }
