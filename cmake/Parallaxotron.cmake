@@ -75,7 +75,7 @@ function(px_tests)
     # Properties handed to gtest_discover_tests go through a generated script that keeps only
     # the first entry of a list, so the environment is set by a script of our own that CTest
     # reads after the discovered tests are defined.
-    gtest_discover_tests(${stem} DISCOVERY_MODE PRE_TEST)
+    gtest_discover_tests(${stem} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60)
     set(script ${CMAKE_CURRENT_BINARY_DIR}/${stem}_environment.cmake)
     file(WRITE ${script}
          "if(${stem}_TESTS)\n"
