@@ -314,34 +314,25 @@ int MakeCropTaps(const CropColumn* columns, int destinationWidth, uint32_t padOf
 size_t CropVectorTapsBytes(int destinationWidth)
 {
     size_t padded = (static_cast<size_t>(std::max(destinationWidth, 0)) + 7) & ~size_t{7};
-    // Offsets, two sets of weight pairs and the scales, per column.
-    return padded * (sizeof(uint32_t) + 2 * 8 * sizeof(uint16_t) + 4 * sizeof(uint32_t));
+    return padded * sizeof(CropVectorTap);
 }
 
 CropVectorTaps MakeCropVectorTaps(const CropTaps* taps, int tapCount, int destinationWidth,
                                   uint32_t padOffset, void* memory)
 {
     const int padded = (std::max(destinationWidth, 0) + 7) & ~7;
-    auto* scale = static_cast<uint32_t*>(memory);
-    auto* pairs01 = reinterpret_cast<uint16_t*>(scale + 4 * padded);
-    uint16_t* pairs23 = pairs01 + 8 * padded;
-    auto* offset = reinterpret_cast<uint32_t*>(pairs23 + 8 * padded);
+    auto* columns = static_cast<CropVectorTap*>(memory);
     for (int x = 0; x < padded; ++x) {
         // Columns past the row's end read the pad at weight 0; their pixels are not stored.
         CropTaps tap{};
         tap.offset = padOffset;
         if (x < destinationWidth)
             tap = taps[x];
-        offset[x] = tap.offset;
-        for (int c = 0; c < 4; ++c) {
-            pairs01[8 * x + 2 * c] = tap.weight[0];
-            pairs01[8 * x + 2 * c + 1] = tap.weight[1];
-            pairs23[8 * x + 2 * c] = tap.weight[2];
-            pairs23[8 * x + 2 * c + 1] = tap.weight[3];
-            scale[4 * x + c] = tap.scale;
-        }
+        columns[x] = CropVectorTap{static_cast<uint32_t>(tap.weight[0] | tap.weight[1] << 16),
+                                   static_cast<uint32_t>(tap.weight[2] | tap.weight[3] << 16),
+                                   tap.scale, tap.offset};
     }
-    return CropVectorTaps{offset, pairs01, pairs23, scale, tapCount, padded};
+    return CropVectorTaps{columns, tapCount, padded};
 }
 
 void BlendColumnTaps(const unsigned char* line, const CropTaps* taps,
@@ -380,7 +371,8 @@ void BlendColumnTaps(const unsigned char* line, const CropTaps* taps, int tapCou
         return;
     // Laid out here for this one row; FilterCrop lays them out once per frame. The padding
     // entries read where the last column reads, at weight 0.
-    std::vector<uint32_t> memory((CropVectorTapsBytes(destinationWidth) + 3) / 4);
+    std::vector<CropVectorTap> memory(CropVectorTapsBytes(destinationWidth) /
+                                      sizeof(CropVectorTap));
     CropVectorTaps vectorTaps = MakeCropVectorTaps(
         taps, tapCount, destinationWidth, taps[destinationWidth - 1].offset, memory.data());
     BlendColumnTaps(line, taps, vectorTaps, destinationWidth, pixelBytes, out);

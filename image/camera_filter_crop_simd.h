@@ -30,15 +30,21 @@ struct CropRowJob {
     long to;
 };
 
-// The column pass's fixed taps as the vector loops read them, one entry per destination column
-// and `padded` entries in all (a multiple of 8; the extra ones read the pad at weight 0).
-// Column x reads up to 4 pixels from line byte offset[x]: 16 bytes from there are readable.
+// One destination column of the column pass as the vector loops read it: 16 bytes, so that two
+// neighbouring columns fill the two halves of a 256-bit register. The column reads up to 4
+// pixels from line byte `offset`; 16 bytes from there are readable.
+struct CropVectorTap {
+    uint32_t weights01;  // weights of taps 0 and 1, 16 bits each (tap 0 in the low half)
+    uint32_t weights23;  // the same for taps 2 and 3
+    uint32_t scale;      // the column's reciprocal
+    uint32_t offset;
+};
+
+// The columns of one frame, `padded` of them (a multiple of 8; the extra ones read the pad at
+// weight 0).
 struct CropVectorTaps {
-    const uint32_t* offset;
-    const uint16_t* pairs01;  // 8 per column: the weights of taps 0 and 1, repeated per channel
-    const uint16_t* pairs23;  // 8 per column: the same for taps 2 and 3
-    const uint32_t* scale;    // 4 per column: the column's reciprocal in every channel
-    int tapCount;             // 1 to 4
+    const CropVectorTap* columns;
+    int tapCount;  // 1 to 4
     int padded;
 };
 

@@ -127,22 +127,21 @@ inline __m256i PairOrder()
 // Two destination pixels, x and x + 1, as the 32-bit sums of their channels scaled back: pixel x
 // in the lower half, x + 1 in the upper.
 template <int PixelBytes, int Taps>
-inline __m256i TwoPixels(const unsigned char* line, const CropVectorTaps& taps, int x)
+inline __m256i TwoPixels(const unsigned char* line, const CropVectorTap* columns, int x)
 {
+    // Column x's table entry in the lower half, x + 1's in the upper; spread per channel.
+    __m256i entries = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(columns + x));
     __m256i pixels = _mm256_inserti128_si256(
         _mm256_castsi128_si256(
-            _mm_loadu_si128(reinterpret_cast<const __m128i*>(line + taps.offset[x]))),
-        _mm_loadu_si128(reinterpret_cast<const __m128i*>(line + taps.offset[x + 1])), 1);
-    __m256i sum = _mm256_madd_epi16(
-        _mm256_shuffle_epi8(pixels, PairOrder<PixelBytes, 0>()),
-        _mm256_loadu_si256(reinterpret_cast<const __m256i*>(taps.pairs01 + 8 * x)));
+            _mm_loadu_si128(reinterpret_cast<const __m128i*>(line + columns[x].offset))),
+        _mm_loadu_si128(reinterpret_cast<const __m128i*>(line + columns[x + 1].offset)), 1);
+    __m256i sum = _mm256_madd_epi16(_mm256_shuffle_epi8(pixels, PairOrder<PixelBytes, 0>()),
+                                    _mm256_shuffle_epi32(entries, 0x00));
     if constexpr (Taps > 2)
         sum = _mm256_add_epi32(
-            sum, _mm256_madd_epi16(
-                     _mm256_shuffle_epi8(pixels, PairOrder<PixelBytes, 2>()),
-                     _mm256_loadu_si256(reinterpret_cast<const __m256i*>(taps.pairs23 + 8 * x))));
-    __m256i scale = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(taps.scale + 4 * x));
-    return _mm256_srli_epi32(_mm256_mullo_epi32(sum, scale), kShift);
+            sum, _mm256_madd_epi16(_mm256_shuffle_epi8(pixels, PairOrder<PixelBytes, 2>()),
+                                   _mm256_shuffle_epi32(entries, 0x55)));
+    return _mm256_srli_epi32(_mm256_mullo_epi32(sum, _mm256_shuffle_epi32(entries, 0xAA)), kShift);
 }
 
 template <int PixelBytes, int Taps>
@@ -153,10 +152,10 @@ void BlendTapsOf(const unsigned char* line, const CropVectorTaps& taps, int widt
     // The packs leave the pixels in the order 0 2 4 6 1 3 5 7.
     const __m256i order = _mm256_setr_epi32(0, 4, 1, 5, 2, 6, 3, 7);
     for (int x = 0; x < width; x += 8) {
-        __m256i p01 = TwoPixels<PixelBytes, Taps>(line, taps, x);
-        __m256i p23 = TwoPixels<PixelBytes, Taps>(line, taps, x + 2);
-        __m256i p45 = TwoPixels<PixelBytes, Taps>(line, taps, x + 4);
-        __m256i p67 = TwoPixels<PixelBytes, Taps>(line, taps, x + 6);
+        __m256i p01 = TwoPixels<PixelBytes, Taps>(line, taps.columns, x);
+        __m256i p23 = TwoPixels<PixelBytes, Taps>(line, taps.columns, x + 2);
+        __m256i p45 = TwoPixels<PixelBytes, Taps>(line, taps.columns, x + 4);
+        __m256i p67 = TwoPixels<PixelBytes, Taps>(line, taps.columns, x + 6);
         __m256i bytes =
             _mm256_packus_epi16(_mm256_packus_epi32(p01, p23), _mm256_packus_epi32(p45, p67));
         bytes = _mm256_or_si256(_mm256_permutevar8x32_epi32(bytes, order), opaque);

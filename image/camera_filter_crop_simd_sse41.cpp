@@ -119,19 +119,18 @@ inline __m128i PairOrder()
 
 // Destination pixel x as the 32-bit sums of its channels, scaled back.
 template <int PixelBytes, int Taps>
-inline __m128i OnePixel(const unsigned char* line, const CropVectorTaps& taps, int x)
+inline __m128i OnePixel(const unsigned char* line, const CropVectorTap* columns, int x)
 {
-    __m128i pixels = _mm_loadu_si128(reinterpret_cast<const __m128i*>(line + taps.offset[x]));
-    __m128i sum =
-        _mm_madd_epi16(_mm_shuffle_epi8(pixels, PairOrder<PixelBytes, 0>()),
-                       _mm_loadu_si128(reinterpret_cast<const __m128i*>(taps.pairs01 + 8 * x)));
+    // The column's table entry, spread per channel.
+    __m128i entry = _mm_loadu_si128(reinterpret_cast<const __m128i*>(columns + x));
+    __m128i pixels = _mm_loadu_si128(reinterpret_cast<const __m128i*>(line + columns[x].offset));
+    __m128i sum = _mm_madd_epi16(_mm_shuffle_epi8(pixels, PairOrder<PixelBytes, 0>()),
+                                 _mm_shuffle_epi32(entry, 0x00));
     if constexpr (Taps > 2)
-        sum = _mm_add_epi32(
-            sum, _mm_madd_epi16(
-                     _mm_shuffle_epi8(pixels, PairOrder<PixelBytes, 2>()),
-                     _mm_loadu_si128(reinterpret_cast<const __m128i*>(taps.pairs23 + 8 * x))));
-    __m128i scale = _mm_loadu_si128(reinterpret_cast<const __m128i*>(taps.scale + 4 * x));
-    return _mm_srli_epi32(_mm_mullo_epi32(sum, scale), kShift);
+        sum =
+            _mm_add_epi32(sum, _mm_madd_epi16(_mm_shuffle_epi8(pixels, PairOrder<PixelBytes, 2>()),
+                                              _mm_shuffle_epi32(entry, 0x55)));
+    return _mm_srli_epi32(_mm_mullo_epi32(sum, _mm_shuffle_epi32(entry, 0xAA)), kShift);
 }
 
 template <int PixelBytes, int Taps>
@@ -140,11 +139,11 @@ void BlendTapsOf(const unsigned char* line, const CropVectorTaps& taps, int widt
 {
     const __m128i opaque = _mm_set1_epi32(PixelBytes == 3 ? static_cast<int>(0xFF000000u) : 0);
     for (int x = 0; x < width; x += 4) {
-        __m128i bytes =
-            _mm_packus_epi16(_mm_packus_epi32(OnePixel<PixelBytes, Taps>(line, taps, x),
-                                              OnePixel<PixelBytes, Taps>(line, taps, x + 1)),
-                             _mm_packus_epi32(OnePixel<PixelBytes, Taps>(line, taps, x + 2),
-                                              OnePixel<PixelBytes, Taps>(line, taps, x + 3)));
+        __m128i bytes = _mm_packus_epi16(
+            _mm_packus_epi32(OnePixel<PixelBytes, Taps>(line, taps.columns, x),
+                             OnePixel<PixelBytes, Taps>(line, taps.columns, x + 1)),
+            _mm_packus_epi32(OnePixel<PixelBytes, Taps>(line, taps.columns, x + 2),
+                             OnePixel<PixelBytes, Taps>(line, taps.columns, x + 3)));
         bytes = _mm_or_si128(bytes, opaque);
         if (x + 4 <= width) {
             _mm_storeu_si128(reinterpret_cast<__m128i*>(out + 4 * x), bytes);
