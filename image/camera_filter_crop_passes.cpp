@@ -26,22 +26,6 @@ inline unsigned char ScaledByte(uint64_t scaledSum)
     return static_cast<unsigned char>((scaledSum >> kReciprocalShift) & 0xFF);
 }
 
-// The coefficient of row k of `count` rows: the first, the last, or one of those between.
-inline uint32_t RowCoefficient(int k, int count, uint32_t first, uint32_t middle, uint32_t last)
-{
-    return k == 0 ? first : (k == count - 1 ? last : middle);
-}
-
-// One byte of the row pass from premultiplied coefficients, sums in 32 bits.
-inline unsigned char BlendRowByte(const unsigned char* rows, long stride, int count, uint32_t first,
-                                  uint32_t middle, uint32_t last, long i)
-{
-    uint32_t sum = 0;
-    for (int k = 0; k < count; ++k)
-        sum += RowCoefficient(k, count, first, middle, last) * rows[k * stride + i];
-    return static_cast<unsigned char>(sum >> kReciprocalShift);
-}
-
 // One destination pixel of the column pass, any column that is not outside.
 template <int PixelBytes>
 inline void BlendPixel(const unsigned char* line, const CropColumn& column, unsigned char* out)
