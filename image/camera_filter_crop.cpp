@@ -29,8 +29,8 @@
 namespace {
 
 // The line buffer is followed by this many bytes of outside colour, as the column tables have
-// always pointed outside columns at it; the column pass's 4-byte reads past a 24-bit line's last
-// pixel land here.
+// always pointed outside columns at it; the vector column loops' 16-byte reads from a column's
+// first pixel (or from the pad itself) land here.
 constexpr long kPadBytes = 60;
 
 // Whole part of a position (floor), kept in a range far outside any picture, so that huge or
