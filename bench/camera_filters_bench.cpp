@@ -1,8 +1,8 @@
 // Frames per second of the camera filters at full quality: a 1920 x 1080 frame out of a
 // 3840 x 2160 window of a 6000 x 4000 24-bit picture, the window at a fractional position as a
 // moving camera leaves it. The straight crop and the rotating filter (10°), each on the calling
-// thread alone and split over the calling thread and the worker task; and, for processors
-// without AVX2, the one-thread runs with the filters' plain loops.
+// thread alone and split over the calling thread and the worker task; and the one-thread runs
+// with the narrower loops other processors take (SSE4.1 only, and the plain loops).
 //
 // Counters: frames/s, and MP/s = source megapixels of the window resampled per second.
 
@@ -53,9 +53,10 @@ CDIB& Picture()
 
 // Renders frames with FilterCropMulti; `angle` != 0 takes the rotating path, `split` hands the
 // first half of every frame to the worker task.
-void RenderFrames(benchmark::State& state, float angle, bool split, bool plain = false)
+void RenderFrames(benchmark::State& state, float angle, bool split,
+                  CameraLoops loops = CameraLoops::kAvx2)
 {
-    gCameraFilterPlainLoops = plain;
+    gCameraFilterLoops = loops;
     CDIB& picture = Picture();
     picture.useRotFilter = angle != 0.0f;
     CDIB frame(kFrameWidth, kFrameHeight, 32);
@@ -72,7 +73,7 @@ void RenderFrames(benchmark::State& state, float angle, bool split, bool plain =
         benchmark::ClobberMemory();
     }
     gMultiProcess = false;
-    gCameraFilterPlainLoops = false;
+    gCameraFilterLoops = CameraLoops::kAvx2;
     CloseMP();
     picture.useRotFilter = false;
     auto frames = static_cast<double>(state.iterations());
@@ -86,14 +87,25 @@ void BM_FilterCrop(benchmark::State& s) { RenderFrames(s, 0.0f, false); }
 void BM_FilterCropSplit(benchmark::State& s) { RenderFrames(s, 0.0f, true); }
 void BM_FilterRot(benchmark::State& s) { RenderFrames(s, 10.0f, false); }
 void BM_FilterRotSplit(benchmark::State& s) { RenderFrames(s, 10.0f, true); }
-void BM_FilterCropPlainLoops(benchmark::State& s) { RenderFrames(s, 0.0f, false, true); }
-void BM_FilterRotPlainLoops(benchmark::State& s) { RenderFrames(s, 10.0f, false, true); }
+void BM_FilterCropSse41Loops(benchmark::State& s)
+{
+    RenderFrames(s, 0.0f, false, CameraLoops::kSse41);
+}
+void BM_FilterCropPlainLoops(benchmark::State& s)
+{
+    RenderFrames(s, 0.0f, false, CameraLoops::kPlain);
+}
+void BM_FilterRotPlainLoops(benchmark::State& s)
+{
+    RenderFrames(s, 10.0f, false, CameraLoops::kPlain);
+}
 
 #define PX_CAMERA_BENCHMARK(name) BENCHMARK(name)->Unit(benchmark::kMillisecond)->UseRealTime()
 PX_CAMERA_BENCHMARK(BM_FilterCrop);
 PX_CAMERA_BENCHMARK(BM_FilterCropSplit);
 PX_CAMERA_BENCHMARK(BM_FilterRot);
 PX_CAMERA_BENCHMARK(BM_FilterRotSplit);
+PX_CAMERA_BENCHMARK(BM_FilterCropSse41Loops);
 PX_CAMERA_BENCHMARK(BM_FilterCropPlainLoops);
 PX_CAMERA_BENCHMARK(BM_FilterRotPlainLoops);
 

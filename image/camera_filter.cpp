@@ -10,6 +10,31 @@
 #include "platform/base/memory.h"
 
 bool gCameraFilterPlainLoops = false;
+CameraLoops gCameraFilterLoops = CameraLoops::kAvx2;
+
+CameraLoops BestCameraLoops()
+{
+#if defined(__x86_64__) && defined(__GNUC__)
+    static const CameraLoops best = [] {
+        __builtin_cpu_init();  // may run before the constructors that would do it
+        if (__builtin_cpu_supports("avx2"))
+            return CameraLoops::kAvx2;
+        if (__builtin_cpu_supports("sse4.1"))
+            return CameraLoops::kSse41;
+        return CameraLoops::kPlain;
+    }();
+    return best;
+#else
+    return CameraLoops::kPlain;
+#endif
+}
+
+CameraLoops ActiveCameraLoops()
+{
+    if (gCameraFilterPlainLoops)
+        return CameraLoops::kPlain;
+    return std::min(gCameraFilterLoops, BestCameraLoops());
+}
 
 bool PlanCameraRows(int destinationHeight, int part, int fieldCode, float sourceRowsPerRow,
                     CameraRows* rows)

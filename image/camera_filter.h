@@ -68,6 +68,20 @@ inline float CameraRowPosition(const CameraRows& rows, float top, float sourceRo
     return top + static_cast<float>(row) * sourceRowsPerRow + rows.shift;
 }
 
+// The loops the camera filters run. The plain loops are the reference; the vector ones give the
+// same bytes (tests compare every kind the processor has).
+enum class CameraLoops { kPlain, kSse41, kAvx2 };
+
+// The widest loops this processor runs: kPlain where it has no SSE4.1 or is no x86 processor.
+CameraLoops BestCameraLoops();
+
+// The loops the filters run now: gCameraFilterLoops or, where the processor lacks them, the best
+// it has; kPlain while gCameraFilterPlainLoops is set.
+CameraLoops ActiveCameraLoops();
+
+// The widest loops the filters may use (kAvx2 unless a test or benchmark narrows them).
+extern CameraLoops gCameraFilterLoops;
+
 // True: the camera filters run their plain loops even on processors with wider vector
 // instructions. The results are the same; tests compare the two.
 extern bool gCameraFilterPlainLoops;

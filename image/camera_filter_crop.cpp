@@ -29,8 +29,8 @@
 namespace {
 
 // The line buffer is followed by this many bytes of outside colour, as the column tables have
-// always pointed outside columns at it; the column pass's 4-byte reads past a 24-bit line's last
-// pixel land here.
+// always pointed outside columns at it; the vector column loops' 16-byte reads from a column's
+// first pixel (or from the pad itself) land here.
 constexpr long kPadBytes = 60;
 
 // Whole part of a position (floor), kept in a range far outside any picture, so that huge or
@@ -105,13 +105,14 @@ Span MakeSpan(float from, float to, int64_t size)
 }
 
 // The work block of one call, one AllocMemBlock: the source-wide line buffer, its pad, the column
-// table and the same columns as fixed taps. The nearest path keeps its source columns where the
-// column table would be.
+// table and the same columns as fixed taps, plain and laid out for the vector loops. The nearest
+// path keeps its source columns where the column table would be.
 struct WorkBlock {
     unsigned char* memory = nullptr;
     unsigned char* line = nullptr;
     CropColumn* columns = nullptr;
     CropTaps* taps = nullptr;
+    void* vectorTaps = nullptr;
     int32_t* nearestColumns = nullptr;
 
     ~WorkBlock()
@@ -125,13 +126,15 @@ bool AllocWorkBlock(WorkBlock* work, long lineBytes, int sourceBits, int destina
 {
     size_t tableOffset = (static_cast<size_t>(lineBytes) + kPadBytes + 15) & ~size_t{15};
     size_t tapsOffset = tableOffset + sizeof(CropColumn) * static_cast<size_t>(destinationWidth);
-    size_t bytes = tapsOffset + sizeof(CropTaps) * static_cast<size_t>(destinationWidth);
+    size_t vectorOffset = tapsOffset + sizeof(CropTaps) * static_cast<size_t>(destinationWidth);
+    size_t bytes = vectorOffset + CropVectorTapsBytes(destinationWidth);
     work->memory = static_cast<unsigned char*>(AllocMemBlock(bytes));
     if (work->memory == nullptr)
         return false;
     work->line = work->memory;
     work->columns = reinterpret_cast<CropColumn*>(work->memory + tableOffset);
     work->taps = reinterpret_cast<CropTaps*>(work->memory + tapsOffset);
+    work->vectorTaps = work->memory + vectorOffset;
     work->nearestColumns = reinterpret_cast<int32_t*>(work->memory + tableOffset);
     // The line buffer starts clear (the row pass fills only the columns that are read); the pad
     // holds the outside colour with its alpha.
@@ -235,6 +238,10 @@ bool CDIB::FilterCrop(CDIB* source, float left, float top, float width, float he
     // Up to 4 pixels per column (reductions to a quarter and enlargements): the branch-free pass.
     const int tapCount =
         MakeCropTaps(work.columns, destinationWidth, static_cast<uint32_t>(lineBytes), work.taps);
+    CropVectorTaps vectorTaps{};
+    if (tapCount > 0)
+        vectorTaps = MakeCropVectorTaps(work.taps, tapCount, destinationWidth,
+                                        static_cast<uint32_t>(lineBytes), work.vectorTaps);
 
     for (int r = rows.first; r < rows.end; r += rows.step) {
         unsigned char* out = GetBitsAdd(r);
@@ -248,7 +255,7 @@ bool CDIB::FilterCrop(CDIB* source, float left, float top, float width, float he
             BlendRows(sourceBase + span.first * sourceRowBytes, sourceRowBytes, span, work.line,
                       lineFrom, lineTo);
         if (tapCount > 0)
-            BlendColumnTaps(work.line, work.taps, tapCount, destinationWidth, pixelBytes, out);
+            BlendColumnTaps(work.line, work.taps, vectorTaps, destinationWidth, pixelBytes, out);
         else
             BlendColumns(work.line, work.columns, destinationWidth, pixelBytes, out);
     }

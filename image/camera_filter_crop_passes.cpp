@@ -2,13 +2,15 @@
 //
 // [SECTION] Shared pieces
 // [SECTION] Plain loops: every processor; the definition the vector loops must match
-// [SECTION] AVX2 loops: x86-64 processors that have it, chosen at run time
-// [SECTION] Entry points
+// [SECTION] AVX2 loop of the general column pass (the fixed taps and the row pass have theirs in
+//           camera_filter_crop_simd_*.cpp)
+// [SECTION] Entry points: the vector loops where ActiveCameraLoops allows them
 
 #include "image/camera_filter_crop_passes.h"
 
 #include <algorithm>
 #include <cstring>
+#include <vector>
 
 #include "image/camera_filter.h"
 #include "image/camera_filter_simd.h"
@@ -22,22 +24,6 @@ namespace {
 inline unsigned char ScaledByte(uint64_t scaledSum)
 {
     return static_cast<unsigned char>((scaledSum >> kReciprocalShift) & 0xFF);
-}
-
-// The coefficient of row k of `count` rows: the first, the last, or one of those between.
-inline uint32_t RowCoefficient(int k, int count, uint32_t first, uint32_t middle, uint32_t last)
-{
-    return k == 0 ? first : (k == count - 1 ? last : middle);
-}
-
-// One byte of the row pass from premultiplied coefficients, sums in 32 bits.
-inline unsigned char BlendRowByte(const unsigned char* rows, long stride, int count, uint32_t first,
-                                  uint32_t middle, uint32_t last, long i)
-{
-    uint32_t sum = 0;
-    for (int k = 0; k < count; ++k)
-        sum += RowCoefficient(k, count, first, middle, last) * rows[k * stride + i];
-    return static_cast<unsigned char>(sum >> kReciprocalShift);
 }
 
 // One destination pixel of the column pass, any column that is not outside.
@@ -182,73 +168,9 @@ void BlendTapsPlainOf(const unsigned char* line, const CropTaps* taps, int tapCo
     }
 }
 
-// ---- [SECTION] AVX2 loops ----
+// ---- [SECTION] AVX2 loop of the general column pass ----
 
 #if PX_CAMERA_AVX2
-
-bool HasAvx2()
-{
-    static const bool has = __builtin_cpu_supports("avx2");
-    return has;
-}
-
-// Eight bytes from `at`, each widened to a 32-bit lane.
-__attribute__((target("avx2"))) inline __m256i LoadEight(const unsigned char* at)
-{
-    return _mm256_cvtepu8_epi32(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(at)));
-}
-
-// Sixteen 32-bit sums, scaled back, into 16 bytes at `out`. Every value is at most 255 here, so
-// the saturating packs only narrow.
-__attribute__((target("avx2"))) inline void StoreSixteen(__m256i low, __m256i high,
-                                                         unsigned char* out)
-{
-    low = _mm256_srli_epi32(low, kReciprocalShift);
-    high = _mm256_srli_epi32(high, kReciprocalShift);
-    __m256i words = _mm256_permute4x64_epi64(_mm256_packus_epi32(low, high), 0xD8);
-    __m128i bytes =
-        _mm_packus_epi16(_mm256_castsi256_si128(words), _mm256_extracti128_si256(words, 1));
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(out), bytes);
-}
-
-// The row pass, 16 bytes at a time: the first row, the rows between (summed before they are
-// weighed, as they share a coefficient) and the last row; the tail as in the plain loop.
-template <int Rows>  // 1, 2, 3, or 0 for any number
-__attribute__((target("avx2"))) void BlendRowsAvx2(const unsigned char* rows, long stride,
-                                                   int count, uint32_t first, uint32_t middle,
-                                                   uint32_t last, unsigned char* line, long from,
-                                                   long to)
-{
-    const __m256i firstCoefficient = _mm256_set1_epi32(static_cast<int>(first));
-    const __m256i middleCoefficient = _mm256_set1_epi32(static_cast<int>(middle));
-    const __m256i lastCoefficient = _mm256_set1_epi32(static_cast<int>(last));
-    const unsigned char* lastRow = rows + (count - 1) * stride;
-    long i = from;
-    for (; i + 16 <= to; i += 16) {
-        __m256i low = _mm256_mullo_epi32(LoadEight(rows + i), firstCoefficient);
-        __m256i high = _mm256_mullo_epi32(LoadEight(rows + i + 8), firstCoefficient);
-        if (Rows != 1) {
-            __m256i betweenLow = _mm256_setzero_si256();
-            __m256i betweenHigh = _mm256_setzero_si256();
-            const int between = Rows == 0 ? count - 2 : Rows - 2;
-            for (int k = 1; k <= between; ++k) {
-                betweenLow = _mm256_add_epi32(betweenLow, LoadEight(rows + k * stride + i));
-                betweenHigh = _mm256_add_epi32(betweenHigh, LoadEight(rows + k * stride + i + 8));
-            }
-            if (between > 0) {
-                low = _mm256_add_epi32(low, _mm256_mullo_epi32(betweenLow, middleCoefficient));
-                high = _mm256_add_epi32(high, _mm256_mullo_epi32(betweenHigh, middleCoefficient));
-            }
-            low =
-                _mm256_add_epi32(low, _mm256_mullo_epi32(LoadEight(lastRow + i), lastCoefficient));
-            high = _mm256_add_epi32(
-                high, _mm256_mullo_epi32(LoadEight(lastRow + i + 8), lastCoefficient));
-        }
-        StoreSixteen(low, high, line + i);
-    }
-    for (; i < to; ++i)
-        line[i] = BlendRowByte(rows, stride, count, first, middle, last, i);
-}
 
 // Four bytes from `at`, each widened to a 32-bit lane.
 __attribute__((target("avx2"))) inline __m128i LoadPixel(const unsigned char* at)
@@ -295,68 +217,6 @@ __attribute__((target("avx2"))) void BlendColumnsAvx2(const unsigned char* line,
     }
 }
 
-// True when the vector loops are to be used.
-bool UseAvx2() { return !gCameraFilterPlainLoops && HasAvx2(); }
-
-// One destination pixel from its taps, its channels in the four 32-bit lanes, scaled back.
-template <int PixelBytes, int Taps>
-__attribute__((target("avx2"))) inline __m128i TapPixel(const unsigned char* line,
-                                                        const CropTaps& taps)
-{
-    const unsigned char* at = line + taps.offset;
-    __m128i sum =
-        _mm_mullo_epi32(LoadPixel(at), _mm_set1_epi32(static_cast<int>(taps.coefficient[0])));
-    for (int k = 1; k < Taps; ++k)
-        sum = _mm_add_epi32(sum,
-                            _mm_mullo_epi32(LoadPixel(at + k * PixelBytes),
-                                            _mm_set1_epi32(static_cast<int>(taps.coefficient[k]))));
-    return _mm_srli_epi32(sum, kReciprocalShift);
-}
-
-// Four destination pixels per step, packed together into one 16-byte store.
-template <int PixelBytes, int Taps>
-__attribute__((target("avx2"))) void BlendTapsAvx2(const unsigned char* line, const CropTaps* taps,
-                                                   int width, unsigned char* out)
-{
-    const __m128i opaque = _mm_set1_epi32(PixelBytes == 3 ? static_cast<int>(0xFF000000u) : 0);
-    int x = 0;
-    for (; x + 4 <= width; x += 4) {
-        __m128i first = _mm_packus_epi32(TapPixel<PixelBytes, Taps>(line, taps[x]),
-                                         TapPixel<PixelBytes, Taps>(line, taps[x + 1]));
-        __m128i second = _mm_packus_epi32(TapPixel<PixelBytes, Taps>(line, taps[x + 2]),
-                                          TapPixel<PixelBytes, Taps>(line, taps[x + 3]));
-        __m128i bytes = _mm_or_si128(_mm_packus_epi16(first, second), opaque);
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(out + 4 * x), bytes);
-    }
-    for (; x < width; ++x) {
-        __m128i sum = TapPixel<PixelBytes, Taps>(line, taps[x]);
-        __m128i bytes =
-            _mm_or_si128(_mm_packus_epi16(_mm_packus_epi32(sum, sum), _mm_setzero_si128()), opaque);
-        int32_t value = _mm_cvtsi128_si32(bytes);
-        std::memcpy(out + 4 * x, &value, sizeof value);
-    }
-}
-
-template <int PixelBytes>
-void BlendTapsAvx2Of(const unsigned char* line, const CropTaps* taps, int tapCount, int width,
-                     unsigned char* out)
-{
-    switch (tapCount) {
-    case 1:
-        BlendTapsAvx2<PixelBytes, 1>(line, taps, width, out);
-        break;
-    case 2:
-        BlendTapsAvx2<PixelBytes, 2>(line, taps, width, out);
-        break;
-    case 3:
-        BlendTapsAvx2<PixelBytes, 3>(line, taps, width, out);
-        break;
-    default:
-        BlendTapsAvx2<PixelBytes, 4>(line, taps, width, out);
-        break;
-    }
-}
-
 #endif  // PX_CAMERA_AVX2
 
 // A wrapped divisor (more than 256 source pixels under one destination pixel): the same sum in
@@ -393,6 +253,7 @@ CropColumn MakeCropColumn(const Span& span, int pixelBytes)
     column.middle = kWeightOne * scale;
     column.last = span.lastWeight * scale;
     column.reciprocal = span.wide ? span.reciprocal : 0;
+    column.scale = scale;
     return column;
 }
 
@@ -411,37 +272,94 @@ int MakeCropTaps(const CropColumn* columns, int destinationWidth, uint32_t padOf
         CropTaps& tap = taps[x];
         tap = CropTaps{};
         if (column.count < 0) {
-            // The pad's first pixel at full weight: exactly the outside colour.
+            // The pad's first pixel at full weight over a divisor of 256: exactly the outside
+            // colour.
             tap.offset = padOffset;
-            tap.coefficient[0] = kReciprocalOne;
+            tap.weight[0] = kWeightOne;
+            tap.scale = kReciprocalOne / kWeightOne;
         } else if (column.count == 0) {
-            tap.offset = padOffset;  // nothing weighs anything: all coefficients stay 0
+            tap.offset = padOffset;  // nothing weighs anything: all weights stay 0
         } else {
             tap.offset = column.offset;
-            for (int k = 0; k < column.count; ++k)
-                tap.coefficient[k] =
+            tap.scale = column.scale;
+            for (int k = 0; k < column.count; ++k) {
+                uint32_t coefficient =
                     k == 0 ? column.first : (k == column.count - 1 ? column.last : column.middle);
+                // Premultiplied by the scale, so the division is exact: at most 511.
+                tap.weight[k] = static_cast<uint16_t>(coefficient / column.scale);
+            }
         }
+        for (int k = 0; k < kMaxTaps; ++k)
+            tap.coefficient[k] = tap.weight[k] * tap.scale;
     }
     return tapCount;
+}
+
+size_t CropVectorTapsBytes(int destinationWidth)
+{
+    size_t padded = (static_cast<size_t>(std::max(destinationWidth, 0)) + 7) & ~size_t{7};
+    return padded * sizeof(CropVectorTap);
+}
+
+CropVectorTaps MakeCropVectorTaps(const CropTaps* taps, int tapCount, int destinationWidth,
+                                  uint32_t padOffset, void* memory)
+{
+    const int padded = (std::max(destinationWidth, 0) + 7) & ~7;
+    auto* columns = static_cast<CropVectorTap*>(memory);
+    for (int x = 0; x < padded; ++x) {
+        // Columns past the row's end read the pad at weight 0; their pixels are not stored.
+        CropTaps tap{};
+        tap.offset = padOffset;
+        if (x < destinationWidth)
+            tap = taps[x];
+        columns[x] = CropVectorTap{static_cast<uint32_t>(tap.weight[0] | tap.weight[1] << 16),
+                                   static_cast<uint32_t>(tap.weight[2] | tap.weight[3] << 16),
+                                   tap.scale, tap.offset};
+    }
+    return CropVectorTaps{columns, tapCount, padded};
+}
+
+void BlendColumnTaps(const unsigned char* line, const CropTaps* taps,
+                     const CropVectorTaps& vectorTaps, int destinationWidth, int pixelBytes,
+                     unsigned char* out)
+{
+    switch (ActiveCameraLoops()) {
+#if PX_CAMERA_AVX2
+    case CameraLoops::kAvx2:
+        BlendColumnTapsAvx2(line, vectorTaps, destinationWidth, pixelBytes, out);
+        return;
+    case CameraLoops::kSse41:
+        BlendColumnTapsSse41(line, vectorTaps, destinationWidth, pixelBytes, out);
+        return;
+#endif
+    default:
+        break;
+    }
+    if (pixelBytes == 4)
+        BlendTapsPlainOf<4>(line, taps, vectorTaps.tapCount, destinationWidth, out);
+    else
+        BlendTapsPlainOf<3>(line, taps, vectorTaps.tapCount, destinationWidth, out);
 }
 
 void BlendColumnTaps(const unsigned char* line, const CropTaps* taps, int tapCount,
                      int destinationWidth, int pixelBytes, unsigned char* out)
 {
-#if PX_CAMERA_AVX2
-    if (UseAvx2()) {
+    if (ActiveCameraLoops() == CameraLoops::kPlain) {
         if (pixelBytes == 4)
-            BlendTapsAvx2Of<4>(line, taps, tapCount, destinationWidth, out);
+            BlendTapsPlainOf<4>(line, taps, tapCount, destinationWidth, out);
         else
-            BlendTapsAvx2Of<3>(line, taps, tapCount, destinationWidth, out);
+            BlendTapsPlainOf<3>(line, taps, tapCount, destinationWidth, out);
         return;
     }
-#endif
-    if (pixelBytes == 4)
-        BlendTapsPlainOf<4>(line, taps, tapCount, destinationWidth, out);
-    else
-        BlendTapsPlainOf<3>(line, taps, tapCount, destinationWidth, out);
+    if (destinationWidth < 1)
+        return;
+    // Laid out here for this one row; FilterCrop lays them out once per frame. The padding
+    // entries read where the last column reads, at weight 0.
+    std::vector<CropVectorTap> memory(CropVectorTapsBytes(destinationWidth) /
+                                      sizeof(CropVectorTap));
+    CropVectorTaps vectorTaps = MakeCropVectorTaps(
+        taps, tapCount, destinationWidth, taps[destinationWidth - 1].offset, memory.data());
+    BlendColumnTaps(line, taps, vectorTaps, destinationWidth, pixelBytes, out);
 }
 
 void BlendRows(const unsigned char* rows, long stride, const Span& span, unsigned char* line,
@@ -465,25 +383,29 @@ void BlendRows(const unsigned char* rows, long stride, const Span& span, unsigne
         std::memcpy(line + from, rows + from, static_cast<size_t>(to - from));
         return;
     }
+    const CameraLoops loops = ActiveCameraLoops();
+    if (loops != CameraLoops::kPlain) {
+        // A single row is its own last row at weight 0.
+        const bool single = span.count == 1;
+        CropRowJob job{rows,
+                       single ? rows : rows + (span.count - 1) * stride,
+                       rows + stride,
+                       stride,
+                       single ? 0 : span.count - 2,
+                       span.firstWeight,
+                       single ? 0 : span.lastWeight,
+                       span.reciprocal,
+                       line,
+                       from,
+                       to};
 #if PX_CAMERA_AVX2
-    if (UseAvx2()) {
-        switch (span.count) {
-        case 1:
-            BlendRowsAvx2<1>(rows, stride, 1, first, middle, last, line, from, to);
-            break;
-        case 2:
-            BlendRowsAvx2<2>(rows, stride, 2, first, middle, last, line, from, to);
-            break;
-        case 3:
-            BlendRowsAvx2<3>(rows, stride, 3, first, middle, last, line, from, to);
-            break;
-        default:
-            BlendRowsAvx2<0>(rows, stride, span.count, first, middle, last, line, from, to);
-            break;
-        }
+        if (loops == CameraLoops::kAvx2)
+            BlendRowsAvx2(job);
+        else
+            BlendRowsSse41(job);
         return;
-    }
 #endif
+    }
     BlendRowsPlain(rows, stride, span.count, first, middle, last, line, from, to);
 }
 
@@ -491,7 +413,7 @@ void BlendColumns(const unsigned char* line, const CropColumn* columns, int dest
                   int pixelBytes, unsigned char* out)
 {
 #if PX_CAMERA_AVX2
-    if (UseAvx2()) {
+    if (ActiveCameraLoops() == CameraLoops::kAvx2) {
         if (pixelBytes == 4)
             BlendColumnsAvx2<4>(line, columns, destinationWidth, out);
         else

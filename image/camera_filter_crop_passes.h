@@ -4,10 +4,13 @@
 // the column pass averages the line's pixels into one destination row.
 //
 // Both sum weighted bytes and scale the sum by a reciprocal: byte = (sum × reciprocal) >> 20,
-// stored as its low 8 bits. Each pass has a plain loop and, on processors with AVX2, a vector
-// loop with the same results; gCameraFilterPlainLoops (camera_filter.h) keeps the plain ones.
+// stored as its low 8 bits. Each pass has a plain loop and vector loops with the same results
+// (camera_filter_crop_simd.h); ActiveCameraLoops (camera_filter.h) chooses.
 
+#include <cstddef>
 #include <cstdint>
+
+#include "image/camera_filter_crop_simd.h"
 
 constexpr uint32_t kWeightOne = 256;           // one whole source pixel
 constexpr uint32_t kReciprocalOne = 0x100000;  // reciprocals are scaled by 2^20 …
@@ -34,17 +37,21 @@ struct CropColumn {
     uint32_t middle;
     uint32_t last;
     uint32_t reciprocal;  // 0 unless wide; then the weights above are plain
+    uint32_t scale;       // what the weights above were premultiplied by: 1 when wide
 };
 
 CropColumn MakeCropColumn(const Span& span, int pixelBytes);
 
 // The same columns as a fixed number of taps each, for a column pass without branches: tap k of
 // a column reads the pixel k after `offset` with `coefficient[k]` (0 for taps past its span);
-// outside columns read the pad, which holds the outside colour, at full weight.
+// outside columns read the pad, which holds the outside colour, at full weight. The coefficients
+// are weight[k] × scale: the vector loops sum the 16-bit weights first and scale once.
 constexpr int kMaxTaps = 4;
 struct CropTaps {
     uint32_t offset;
     uint32_t coefficient[kMaxTaps];
+    uint16_t weight[kMaxTaps];
+    uint32_t scale;
 };
 
 // Fills `taps` from `columns` and answers the number of taps (1 to 4), or 0 when a column reads
@@ -66,6 +73,18 @@ void BlendColumns(const unsigned char* line, const CropColumn* columns, int dest
 // The column pass over fixed taps: the same bytes as BlendColumns for the same columns.
 void BlendColumnTaps(const unsigned char* line, const CropTaps* taps, int tapCount,
                      int destinationWidth, int pixelBytes, unsigned char* out);
+
+// The fixed taps laid out once per frame for the vector loops, in `memory` of
+// CropVectorTapsBytes(destinationWidth) bytes, 4-byte aligned. The entries past the row's end
+// read 16 bytes from `padOffset` at weight 0.
+size_t CropVectorTapsBytes(int destinationWidth);
+CropVectorTaps MakeCropVectorTaps(const CropTaps* taps, int tapCount, int destinationWidth,
+                                  uint32_t padOffset, void* memory);
+
+// BlendColumnTaps with the layout above already made (`vectorTaps` from the same taps).
+void BlendColumnTaps(const unsigned char* line, const CropTaps* taps,
+                     const CropVectorTaps& vectorTaps, int destinationWidth, int pixelBytes,
+                     unsigned char* out);
 
 // The outside colour into one destination pixel, or a whole row of them, for a source of
 // `pixelBytes` bytes per pixel.

@@ -234,11 +234,7 @@ __attribute__((target("avx2"))) void SampleBilinearAvx2(const SourceView& source
     SampleBilinear<PixelBytes>(source, line, dy, x, width, out);
 }
 
-bool UseAvx2()
-{
-    static const bool has = __builtin_cpu_supports("avx2");
-    return has && !gCameraFilterPlainLoops;
-}
+bool UseAvx2() { return ActiveCameraLoops() == CameraLoops::kAvx2; }
 
 #endif  // PX_CAMERA_AVX2
 

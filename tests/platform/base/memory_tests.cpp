@@ -1,4 +1,5 @@
-// The raw block allocator: usable blocks, a zero-byte block, and failure as null.
+// The raw block allocator: usable blocks, a zero-byte block, large blocks on huge-page
+// boundaries, and failure as null.
 
 #include <gtest/gtest.h>
 
@@ -38,6 +39,21 @@ TEST(MemBlock, ZeroBytesAnswersADistinctBlockThatCanBeFreed)
 TEST(MemBlock, ImpossibleSizeAnswersNullWithoutThrowing)
 {
     EXPECT_EQ(AllocMemBlock(SIZE_MAX - 16), nullptr);
+    EXPECT_EQ(AllocMemBlock(SIZE_MAX / 2), nullptr);
 }
+
+#if defined(__linux__)
+TEST(MemBlock, LargeBlockStartsOnA2MBBoundaryAndHoldsEveryByte)
+{
+    constexpr size_t kBytes = (size_t{8} << 20) + 3;  // a picture-sized block, not whole pages
+    auto* block = static_cast<unsigned char*>(AllocMemBlock(kBytes));
+    ASSERT_NE(block, nullptr);
+    EXPECT_EQ(reinterpret_cast<uintptr_t>(block) % (uintptr_t{2} << 20), 0u);
+    std::memset(block, 0x5A, kBytes);
+    EXPECT_EQ(block[0], 0x5A);
+    EXPECT_EQ(block[kBytes - 1], 0x5A);
+    FreeMemBlock(block);
+}
+#endif
 
 }  // namespace
