@@ -9,9 +9,9 @@ namespace {
 
 constexpr const char* kAllFiles = "All Files (*.*)|*.*||";
 
-// The folder the last file dialog was in: the remembered path, else the remembered native
-// numbers. False when nothing is remembered.
-bool RememberedFolder(FSpec* folder)
+}  // namespace
+
+bool GetRememberedFolder(FSpec* folder)
 {
     char path[kMaxPathLength + 1];
     GetIniString("InitialFolder", "", path, kMaxPathLength);
@@ -27,8 +27,6 @@ bool RememberedFolder(FSpec* folder)
     return true;
 }
 
-}  // namespace
-
 bool LookForFile(CPWnd* owner, FSpec* file)
 {
     if (!owner) {
@@ -40,7 +38,7 @@ bool LookForFile(CPWnd* owner, FSpec* file)
     if (!YesNoBox("Do you want to look for it?", "Can't Open File!"))
         return false;
     FSpec folder{};
-    bool remembered = RememberedFolder(&folder);
+    bool remembered = GetRememberedFolder(&folder);
     FSpec chosen{};
     if (!OpenFileDialog(owner, &chosen, kAllFiles, "", remembered ? &folder : nullptr, false))
         return false;

@@ -11,3 +11,8 @@ class CPWnd;
 // "InitialParID"), and the file chosen replaces `spec` (path form). False on no or cancel, with
 // `spec` untouched, and for a null `spec` (nothing is asked then).
 bool LookForFile(CPWnd* owner, FSpec* file);
+
+// The folder the file dialogs were last in: the path remembered by "InitialFolder", else the
+// numbers of "InitialVrefnum" and "InitialParID". False, with `folder` untouched, when nothing
+// is remembered.
+bool GetRememberedFolder(FSpec* folder);
