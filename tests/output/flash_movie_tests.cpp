@@ -230,6 +230,29 @@ TEST_F(FlashMovie, FirstFrameDecodedIsCloseToTheRenderedFrame)
     EXPECT_LT(mean, 4.0);
 }
 
+TEST_F(FlashMovie, LetterboxBarsShowTheBackgroundColour)
+{
+    UseSettings("AspectMode=5626\r\n");
+    OpenDemo();
+    std::string path = dir.File("letterbox.swf");
+    FlashMovieOptions options = Options(320, 240, 1, 30);
+    options.backgroundColour = 0x0000FF;  // red
+    ASSERT_EQ(MakeFlashMovie(*doc, path.c_str(), options), 1) << FFMovieError();
+    ASSERT_EQ(doc->LetterboxBarRows(320, 240), 30);
+    int width = 0;
+    int height = 0;
+    ASSERT_TRUE(FFOpenMovieReader(path.c_str(), &width, &height)) << FFMovieError();
+    std::vector<unsigned char> decoded(static_cast<size_t>(4) * width * height);
+    ASSERT_TRUE(FFReadMovieFrame(0, decoded.data())) << FFMovieError();
+    FFCloseMovieReader();
+    for (int row : {4, 235}) {
+        const unsigned char* pixel = decoded.data() + (static_cast<size_t>(row) * width + 160) * 4;
+        EXPECT_GT(pixel[1], 220) << row;
+        EXPECT_LT(pixel[2], 40) << row;
+        EXPECT_LT(pixel[3], 40) << row;
+    }
+}
+
 TEST_F(FlashMovie, UnwritablePlaceFailsAndLeavesNoFile)
 {
     OpenDemo();

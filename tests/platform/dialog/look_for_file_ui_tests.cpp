@@ -6,6 +6,7 @@
 
 #include <cstdio>
 #include <cstring>
+#include <string>
 
 #include "platform/dialog/message_box.h"
 #include "platform/file/file_dialog.h"
@@ -99,6 +100,24 @@ TEST_F(LookForFileTest, NullRecordAsksNothing)
 {
     EXPECT_FALSE(LookForFile(&owner, nullptr));
     EXPECT_TRUE(TakeShownMessageBoxes().empty());
+}
+
+TEST_F(LookForFileTest, RememberedFolderIsThePathElseTheNumbers)
+{
+    FSpec folder{};
+    EXPECT_FALSE(GetRememberedFolder(&folder));
+    SetIniItem("InitialVrefnum", 3L);
+    SetIniItem("InitialParID", 44L);
+    ASSERT_TRUE(GetRememberedFolder(&folder));
+    // Copies: the record is packed.
+    int16_t volume = folder.vRefNum;
+    int32_t parent = folder.parID;
+    EXPECT_EQ(volume, 3);
+    EXPECT_EQ(parent, 44);
+    char path[] = "/pictures/";
+    SetIniItem("InitialFolder", path);
+    ASSERT_TRUE(GetRememberedFolder(&folder));
+    EXPECT_STREQ(folder.name, "/pictures/");
 }
 
 }  // namespace
