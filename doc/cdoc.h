@@ -129,6 +129,9 @@ public:
     // of its frames. False for a size outside 1..8192, no `out` or a picture not in the show.
     bool RenderFrame(long frame, int fieldMode, bool oddField, int width, int height, CDIB* out,
                      bool outgoing);
+    // The rows RenderFrame paints as letterbox bars at the top and again at the bottom of a
+    // width x height frame: 0 unless the aspect mode is letterboxed 16:9 (5626).
+    int LetterboxBarRows(int width, int height) const;
     // Moves the current frame (clamped to the show), loads its picture with the next one ahead
     // and computes its camera (currentCamera, and the stage's key when an editor is attached).
     bool GotoFrame(long frame, bool refresh);

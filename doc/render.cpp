@@ -72,6 +72,12 @@ bool RenderPlaceholder(CDIB* out)
 
 }  // namespace
 
+int CDoc::LetterboxBarRows(int width, int height) const
+{
+    return aspectMode == kLetterboxMode && width > 0 && height > 0 ? LetterboxRows(width, height)
+                                                                   : 0;
+}
+
 bool CDoc::SecondFieldFlag(bool secondField) const
 {
     bool flag = secondField != fieldSwap;

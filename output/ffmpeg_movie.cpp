@@ -121,6 +121,9 @@ const CodecPlan kPlans[] = {
     {"png ", AV_CODEC_ID_PNG, {"png", nullptr}},
     {"rle ", AV_CODEC_ID_QTRLE, {"qtrle", nullptr}},
     {"raw ", AV_CODEC_ID_RAWVIDEO, {"rawvideo", nullptr}},
+    // Flash video (Sorenson H.263), for the Flash export only: the movie codec choice does not
+    // offer it.
+    {"flv1", AV_CODEC_ID_FLV1, {"flv", nullptr}},
 };
 
 const CodecPlan* FindPlan(const char* type)
@@ -191,6 +194,8 @@ AVPixelFormat PickPixelFormat(const AVCodec* codec, const char* type, bool keepA
     } else if (code == "rle ") {
         wanted = keepAlpha ? std::vector<AVPixelFormat>{AV_PIX_FMT_ARGB, AV_PIX_FMT_RGB24}
                            : std::vector<AVPixelFormat>{AV_PIX_FMT_RGB24, AV_PIX_FMT_ARGB};
+    } else if (code == "flv1") {
+        wanted = {AV_PIX_FMT_YUV420P};
     } else if (code == "raw ") {
         if (IsAvi(container))
             wanted = keepAlpha ? std::vector<AVPixelFormat>{AV_PIX_FMT_BGRA, AV_PIX_FMT_BGR24}
@@ -265,6 +270,15 @@ std::string ApplyQuality(AVCodecContext* media, const char* type, int spatialQua
         media->qmin = 1;
         media->qmax = 31;
         std::snprintf(text, sizeof text, "qscale %d", kJpegQscale[level]);
+    } else if (code == "flv1") {
+        // Flash video takes a fixed quantiser for every frame: 31 coarsest at the least quality
+        // to 1 finest at the best, in even steps between.
+        int qscale = std::clamp(31 - spatialQuality * 30 / 1023, 1, 31);
+        media->flags |= AV_CODEC_FLAG_QSCALE;
+        media->global_quality = qscale * FF_QP2LAMBDA;
+        media->qmin = 1;
+        media->qmax = 31;
+        std::snprintf(text, sizeof text, "qscale %d", qscale);
     } else if (code == "png ") {
         media->compression_level = kPngCompression[level];
         std::snprintf(text, sizeof text, "compression_level %d", kPngCompression[level]);
@@ -295,6 +309,10 @@ bool SetUpEncoder(AVCodecContext* media, const char* type, int width, int height
         if (std::string(type, 4) == "mjpa") {
             // JPEG frames are full range with the BT.601 matrix, as JFIF has them.
             media->color_range = AVCOL_RANGE_JPEG;
+            media->colorspace = AVCOL_SPC_BT470BG;
+        } else if (std::string(type, 4) == "flv1") {
+            // Flash video has no way to name its colours: players take video range BT.601.
+            media->color_range = AVCOL_RANGE_MPEG;
             media->colorspace = AVCOL_SPC_BT470BG;
         } else {
             // Video range, BT.709, and said so in the file, so players need not guess by size.
@@ -703,9 +721,12 @@ bool FFOpenMovieWriter(const FFWriteRequest& request)
         SetError("A movie needs a frame size and a frame rate");
         return false;
     }
-    const AVOutputFormat* container = ContainerFor(request.path);
+    const AVOutputFormat* container = request.container != nullptr
+                                          ? av_guess_format(request.container, nullptr, nullptr)
+                                          : ContainerFor(request.path);
     if (container == nullptr) {
-        SetError("This FFmpeg cannot write QuickTime movies");
+        SetError(std::string("This FFmpeg cannot write ") +
+                 (request.container != nullptr ? request.container : "QuickTime") + " movies");
         return false;
     }
     for (const char* type : TypesForContainer(container, request.type)) {

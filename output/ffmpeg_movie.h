@@ -13,7 +13,8 @@
 // ---- Codecs -----------------------------------------------------------------------------------
 
 // Whether this FFmpeg has an encoder for the code ("avc1", "apcn", "mjpa", "png ", "rle ",
-// "raw ") that opens for a small frame. Probed once per code and remembered.
+// "raw ", and "flv1", Flash video, which only the Flash export writes) that opens for a small
+// frame. Probed once per code and remembered.
 bool FFHasEncoder(const char* type);
 // The FFmpeg encoder that writes the code ("libx264", "prores_ks", ...); "" when there is none.
 std::string FFEncoderName(const char* type);
@@ -31,6 +32,8 @@ struct FFWriteRequest {
     char type[5] = {};         // the codec's four-character code
     int spatialQuality = 512;  // 0 least .. 1023 best
     bool keepAlpha = false;    // codecs that can carry alpha store it (png, rle, raw)
+    // FFmpeg's muxer by name ("swf"); null: from the file's extension.
+    const char* container = nullptr;
 };
 
 // Creates the movie file, its one video track and the encoder. The muxer follows the file's

@@ -13,10 +13,10 @@
 #include <string>
 
 #include "doc/cdoc.h"
-#include "doc/frame_math.h"
 #include "doc/globals.h"
 #include "doc/timecode.h"
 #include "output/movie.h"
+#include "output/show_frame.h"
 #include "platform/dialog/message_box.h"
 #include "platform/file/paths.h"
 #include "platform/ini/settings.h"
@@ -176,8 +176,6 @@ bool MakeMovie(CDoc& doc, CDIB* frame, int fieldMode, long startFrame, long endF
     gCurFrame = startFrame;
     long count = std::labs(endFrame - startFrame);
     long step = endFrame < startFrame ? -1 : 1;
-    int width = frame->GetWid();
-    int height = frame->GetHgt();
     CDIB incoming(1, 1, 32);
     bool result = true;
     for (long i = 0; i < count; ++i) {
@@ -185,19 +183,7 @@ bool MakeMovie(CDoc& doc, CDIB* frame, int fieldMode, long startFrame, long endF
         progress.ShowFrame(gCurFrame);
         if (progress.CancelRequested())
             break;
-        doc.RenderFrame(gCurFrame, fieldMode, false, width, height, frame, true);
-        // During a dissolve the frame above is the outgoing picture; the incoming one is mixed
-        // in more and more until it alone is left.
-        int pic = doc.FindCurPic(gCurFrame);
-        long pictureStart = doc.GetPicStart(pic);
-        long dissolve = FrameOfFloat(doc.keys[pic][0].TransLen);
-        if (pic > 0 && dissolve > 0 && gCurFrame >= pictureStart &&
-            gCurFrame < pictureStart + dissolve && incoming.Create(width, height, 32) &&
-            doc.RenderFrame(gCurFrame, fieldMode, false, width, height, &incoming, false)) {
-            double outgoingShare =
-                1.0 - static_cast<double>(gCurFrame - pictureStart) / static_cast<double>(dissolve);
-            frame->Dissolve(&incoming, static_cast<float>(outgoingShare));
-        }
+        RenderShowFrame(doc, gCurFrame, fieldMode, frame, &incoming);
         // The frame is a picture shown whole: no pixel of it may be transparent in a movie that
         // stores alpha. The filters leave alpha 0 outside a 32-bit picture, and the nearest-pixel
         // rotating filter leaves a 24-bit picture's frame with the alpha it had.

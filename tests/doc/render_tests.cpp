@@ -153,6 +153,15 @@ TEST_F(Render, LetterboxFrameOf640By480HasSixtyBarRowsAtEachEnd)
     EXPECT_NE(Row(out, 419), bar);
 }
 
+TEST_F(Render, LetterboxBarRowsAreTheRowsTheRendererPaints)
+{
+    UseSettings("AspectMode=5626\r\n");
+    EXPECT_EQ(doc->LetterboxBarRows(640, 480), 60);
+    EXPECT_EQ(doc->LetterboxBarRows(0, 480), 0);
+    UseSettings("AspectMode=5625\r\n");
+    EXPECT_EQ(doc->LetterboxBarRows(640, 480), 0);
+}
+
 TEST_F(Render, AtFiftyFramesASecondTheSecondFieldFlagIsAlwaysOff)
 {
     LoadTwoPictures();

@@ -147,6 +147,32 @@ TEST_F(FFMovie, QualityStepsBecomeTheJpegScale)
     EXPECT_EQ(FFEncoderQuality("mjpa", 1023), "qscale 1");
 }
 
+TEST_F(FFMovie, FlashVideoQualityRunsTheWholeQuantiserScale)
+{
+    REQUIRE_ENCODER("flv1");
+    EXPECT_EQ(FFEncoderName("flv1"), "flv");
+    EXPECT_EQ(FFEncoderQuality("flv1", 0), "qscale 31");
+    EXPECT_EQ(FFEncoderQuality("flv1", 767), "qscale 9");
+    EXPECT_EQ(FFEncoderQuality("flv1", 1023), "qscale 1");
+}
+
+TEST_F(FFMovie, NamedContainerWinsOverTheExtension)
+{
+    REQUIRE_ENCODER("flv1");
+    std::string path = dir.File("flash.bin");
+    FFWriteRequest request = Request(path, "flv1", 32, 24, 3000);
+    request.container = "swf";
+    ASSERT_TRUE(FFOpenMovieWriter(request)) << FFMovieError();
+    std::vector<unsigned char> frame(static_cast<size_t>(4) * request.width * request.height, 128);
+    ASSERT_TRUE(FFWriteMovieFrame(frame.data(), true));
+    ASSERT_TRUE(FFCloseMovieWriter()) << FFMovieError();
+    FFMovieFacts facts;
+    ASSERT_TRUE(FFProbeMovieFile(path.c_str(), &facts));
+    EXPECT_EQ(facts.container, "swf");
+    EXPECT_EQ(facts.codec, "flv1");
+    EXPECT_EQ(facts.packets, 1);
+}
+
 TEST_F(FFMovie, QualityStepsBecomeTheH264RateFactor)
 {
     REQUIRE_ENCODER("avc1");

@@ -15,7 +15,11 @@
 #include "platform/wnd/cursor.h"
 #include "platform/wnd/messages.h"
 #include "platform/wnd/shell.h"
+#include "ui/commands/make_flash_file.h"
 #include "ui/commands/make_movie_file.h"
+#include "ui/dialogs/advanced_options.h"
+#include "ui/dialogs/prep_pictures.h"
+#include "ui/dialogs/viewer_aspect.h"
 #include "ui/editor_windows.h"
 #include "ui/main/edit_menu.h"
 #include "ui/main/editor_pictures.h"
@@ -227,6 +231,22 @@ long CMain::HandleEvent(unsigned int msg, long wParam, long lParam)
         if (wParam == kCmdQuitNoApply) {
             Quit(1);
             return 1;
+        }
+        switch (wParam) {
+        case kPrepPicturesCommand:
+            ImagePrep();
+            return 1;
+        case kAdvancedOptionsCommand:
+            SpecialOptions();
+            return 1;
+        case kViewerAspectCommand:
+            SetViewerAspect();
+            return 1;
+        case kMakeFlashFileCommand:
+            MakeFlashFile();
+            return 1;
+        default:
+            break;
         }
         return 0;
     default:

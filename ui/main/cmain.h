@@ -46,6 +46,13 @@ public:
     // Draws the key information panel for `key` (the stage's current key).
     void ShowStats(const KeyStruct& key);
 
+    // The option dialogs (ui/dialogs/) and the Flash export (ui/commands/make_flash_file.cpp).
+    void ImagePrep();        // "Prep Pictures"
+    void SpecialOptions();   // "Advanced Options"
+    void SetViewerAspect();  // "Set Viewer Aspect ratio"
+    // Asks the export's options and file and writes the Flash movie; true when a file was made.
+    bool MakeFlashFile();
+
     CPMenu Menu;
     CPButton button{122, 121, 0, 0};
     MenuVariant variant;

@@ -6,6 +6,7 @@
 
 #include <cstdio>
 #include <cstring>
+#include <string>
 
 #include "platform/dialog/message_box.h"
 #include "platform/file/file_dialog.h"

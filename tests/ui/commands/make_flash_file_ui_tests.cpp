@@ -1,0 +1,170 @@
+// The Flash export command in the editor: its options dialog and their settings, the file
+// dialog, the export and its messages.
+
+#include "ui/commands/make_flash_file.h"
+
+#include <gtest/gtest.h>
+#include <string>
+
+#include "output/ffmpeg_movie.h"
+#include "support/editor_fixture.h"
+#include "ui/viewer/cview.h"
+
+namespace {
+
+const std::string kDemoShow = std::string(PX_SOURCE_DIR) + "/resources/demo/demo.plx";
+
+std::string Row(const char* rows, int row)
+{
+    char text[kDialogRowSize];
+    GetDialogValue(rows, row, text);
+    return text;
+}
+
+class MakeFlashFile : public EditorFixture {
+protected:
+    // A small, slow export of the demo show, so each test writes little.
+    void StartDemo(const std::string& settings = "")
+    {
+        Start("MovieWid=64\r\nMovieHgt=48\r\n" + settings);
+        ASSERT_TRUE(OpenShow(kDemoShow));
+    }
+    static std::vector<ShownMessageBox> Boxes() { return TakeShownMessageBoxes(); }
+};
+
+TEST_F(MakeFlashFile, WithNoSettingsTheDialogShowsColourZeroRateThirtyQualitySeventyFive)
+{
+    Start();
+    FlashOptionsLists lists = MakeFlashOptionsDialog();
+    EXPECT_EQ(Row(lists.descriptions, kFlashRowColour), "@LBackGround Color");
+    EXPECT_EQ(Row(lists.descriptions, kFlashRowRate), "SWF Output FrameRate");
+    EXPECT_EQ(Row(lists.descriptions, kFlashRowQuality), "@SQuality");
+    EXPECT_EQ(Row(lists.values, kFlashRowColour), "0");
+    EXPECT_EQ(Row(lists.values, kFlashRowRate), "30");
+    EXPECT_EQ(Row(lists.values, kFlashRowQuality), "75");
+}
+
+TEST_F(MakeFlashFile, StoredComponentsMakeTheColourFromTheirLowBytes)
+{
+    Start("FlashRed=86\r\nFlashGreen=308\r\nFlashBlue=18\r\nFlashFPS=12\r\nFlashQuality=40\r\n");
+    FlashOptionsLists lists = MakeFlashOptionsDialog();
+    EXPECT_EQ(Row(lists.values, kFlashRowColour), "1193046");
+    EXPECT_EQ(Row(lists.values, kFlashRowRate), "12");
+    EXPECT_EQ(Row(lists.values, kFlashRowQuality), "40");
+}
+
+TEST_F(MakeFlashFile, ColourOf1193046IsStoredAsRed86Green52Blue18)
+{
+    Start();
+    FlashOptionsLists lists = MakeFlashOptionsDialog();
+    SetDialogValue(lists.values, kFlashRowColour, "1193046");
+    StoreFlashOptions(lists);
+    EXPECT_EQ(Setting("FlashRed"), "86");
+    EXPECT_EQ(Setting("FlashGreen"), "52");
+    EXPECT_EQ(Setting("FlashBlue"), "18");
+    EXPECT_EQ(Setting("FlashFPS"), "30");
+    EXPECT_EQ(Setting("FlashQuality"), "75");
+}
+
+TEST_F(MakeFlashFile, NumbersThatAreNotNumbersReadAsZero)
+{
+    Start();
+    FlashOptionsLists lists = MakeFlashOptionsDialog();
+    SetDialogValue(lists.values, kFlashRowRate, "fast");
+    SetDialogValue(lists.values, kFlashRowQuality, "");
+    FlashChoice choice = ReadFlashOptionsDialog(lists);
+    EXPECT_EQ(choice.framesPerSecond, 0);
+    EXPECT_EQ(choice.quality, 0);
+}
+
+TEST_F(MakeFlashFile, ExportEndsWithSuccessAndAnSwfFile)
+{
+    StartDemo("FlashFPS=3\r\nFlashRed=86\r\nFlashGreen=52\r\nFlashBlue=18\r\n");
+    std::string path = dir.File("show.swf");
+    PushFileDialogAnswer(path.c_str());
+    PushMessageBoxAnswer(kBoxYes);
+    PostReturn(pMain);
+    bool made = false;
+    RunAnswered([&made] { made = pMain->MakeFlashFile(); });
+    EXPECT_TRUE(made);
+    std::vector<ShownMessageBox> boxes = Boxes();
+    ASSERT_EQ(boxes.size(), 1u);
+    EXPECT_EQ(boxes[0].text, "Flash file successfully made");
+    EXPECT_EQ(boxes[0].shownText, "Flash file successfully made");
+    FFMovieFacts facts;
+    ASSERT_TRUE(FFProbeMovieFile(path.c_str(), &facts));
+    EXPECT_EQ(facts.container, "swf");
+    EXPECT_EQ(facts.width, 64);
+    EXPECT_GT(facts.packets, 0);
+    FileDialogRequest request = GetLastFileDialogRequest();
+    EXPECT_TRUE(request.save);
+    EXPECT_EQ(request.defaultSuffix, "swf");
+    ASSERT_FALSE(request.nameFilters.empty());
+    EXPECT_EQ(request.nameFilters[0], "Macromedia Flash Files (*.swf)");
+    EXPECT_EQ(Setting("FlashRed"), "86");
+    EXPECT_EQ(Setting("FlashFPS"), "3");
+    EXPECT_TRUE(pViewer->IsVisible());
+}
+
+TEST_F(MakeFlashFile, FailedExportSaysSoAndTheSettingsAreSavedAnyway)
+{
+    StartDemo("FlashFPS=3\r\n");
+    std::string path = dir.File("no/such/folder/show.swf");
+    PushFileDialogAnswer(path.c_str());
+    PushMessageBoxAnswer(kBoxYes);
+    PostReturn(pMain);
+    bool made = true;
+    RunAnswered([&made] { made = pMain->MakeFlashFile(); });
+    EXPECT_FALSE(made);
+    std::vector<ShownMessageBox> boxes = Boxes();
+    ASSERT_EQ(boxes.size(), 1u);
+    EXPECT_EQ(boxes[0].text, "Error making movie!");
+    EXPECT_EQ(boxes[0].code, kNoErrorNumber);
+    EXPECT_EQ(Setting("FlashRed"), "0");
+    EXPECT_EQ(Setting("FlashGreen"), "0");
+    EXPECT_EQ(Setting("FlashBlue"), "0");
+    EXPECT_EQ(Setting("FlashFPS"), "3");
+    EXPECT_EQ(Setting("FlashQuality"), "75");
+    EXPECT_FALSE(pxtest::FileExists(path));
+}
+
+TEST_F(MakeFlashFile, RateOfZeroFailsTheExportAndIsStored)
+{
+    StartDemo("FlashFPS=none\r\n");
+    PushFileDialogAnswer(dir.File("zero.swf").c_str());
+    PushMessageBoxAnswer(kBoxYes);
+    PostReturn(pMain);
+    RunAnswered([] { PostAMessage(pMain, kMsgCommand, kMakeFlashFileCommand, 0); });
+    std::vector<ShownMessageBox> boxes = Boxes();
+    ASSERT_EQ(boxes.size(), 1u);
+    EXPECT_EQ(boxes[0].text, "Error making movie!");
+    EXPECT_EQ(Setting("FlashFPS"), "none");
+}
+
+TEST_F(MakeFlashFile, CancelledOptionsStoreNothingAndAskForNoFile)
+{
+    StartDemo();
+    PostEscape(pMain);
+    bool made = true;
+    RunAnswered([&made] { made = pMain->MakeFlashFile(); });
+    EXPECT_FALSE(made);
+    EXPECT_EQ(Setting("FlashFPS"), "?");
+    EXPECT_EQ(CountFileDialogRequests(), 0);
+    EXPECT_TRUE(Boxes().empty());
+    EXPECT_TRUE(pViewer->IsVisible());
+}
+
+TEST_F(MakeFlashFile, CancelledFileDialogStoresTheOptionsAndMakesNothing)
+{
+    StartDemo();
+    PushFileDialogCancel();
+    PostReturn(pMain);
+    bool made = true;
+    RunAnswered([&made] { made = pMain->MakeFlashFile(); });
+    EXPECT_FALSE(made);
+    EXPECT_EQ(Setting("FlashFPS"), "30");
+    EXPECT_TRUE(Boxes().empty());
+    EXPECT_TRUE(pViewer->IsVisible());
+}
+
+}  // namespace
