@@ -2,6 +2,7 @@
 
 #include "doc/cdoc.h"
 #include "doc/globals.h"
+#include "image/cdib.h"
 #include "platform/dialog/message_box.h"
 #include "platform/file/file_dialog.h"
 #include "platform/ini/settings.h"
@@ -69,6 +70,15 @@ void LoadPictureCommand(bool jump)
         ShowViewer(true);
         return;
     }
+    // A file our readers cannot read adds nothing (the reader says why). The show itself keeps
+    // pictures it cannot read now as placeholders, so the document would take it.
+    {
+        CDIB probe(1, 1, 24);
+        if (probe.Load(&file, nullptr, true) != 1) {
+            ShowViewer(true);
+            return;
+        }
+    }
     int oldWidth = pDoc->image.GetWid();
     int oldHeight = pDoc->image.GetHgt();
     int scale = pTime ? pTime->scale : static_cast<int>(FramesPerSecond());
@@ -86,8 +96,7 @@ void LoadPictureCommand(bool jump)
     }
     pDoc->LoadPicture(&file, place.slot, place.frame);
     RememberFolderOf(file);
-    // A file that cannot be read adds nothing and leaves the slot as it was.
-    bool loaded = pDoc->picLoadState != 0;
+    bool loaded = pDoc->picLoadState == 1;
     if (loaded && replacing) {
         int newWidth = pDoc->image.GetWid();
         int newHeight = pDoc->image.GetHgt();

@@ -8,6 +8,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <cstdlib>
+#include <filesystem>
 #include <string>
 
 #include "doc/cdoc.h"
@@ -30,7 +31,8 @@ namespace pxtest {
 inline std::string DemoFile(const std::string& name)
 {
     const char* data = std::getenv("PX_TEST_DATA");
-    return std::string(data ? data : "tests/data") + "/../../resources/demo/" + name;
+    std::filesystem::path path(std::string(data ? data : "tests/data") + "/../../resources/demo/");
+    return (path / name).lexically_normal().string();
 }
 inline const std::string kDemoShow = DemoFile("demo.plx");
 inline const std::string kLake = DemoFile("lake.png");
