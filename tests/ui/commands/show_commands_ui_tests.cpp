@@ -209,6 +209,23 @@ TEST_F(ShowCommands, CloseOfAModifiedShowCancelKeepsRunningYesSavesAndEnds)
     EXPECT_FALSE(pDoc->dirty);
 }
 
+TEST_F(ShowCommands, TheWindowManagersCloseAsksTooAndCancelKeepsTheWindow)
+{
+    StartWithDemo();
+    pDoc->dirty = true;
+    PushMessageBoxAnswer(kBoxCancel);
+    Frame(pMain)->close();
+    ProcessEvents();
+    EXPECT_EQ(gMacDone, 0);
+    std::vector<std::string> boxes = BoxTexts();
+    ASSERT_EQ(boxes.size(), 1u);
+    EXPECT_EQ(boxes[0], "Exit Application: Do you want to save this show?");
+    PushMessageBoxAnswer(kBoxNo);
+    Frame(pMain)->close();
+    ProcessEvents();
+    EXPECT_EQ(gMacDone, 1);
+}
+
 TEST_F(ShowCommands, CloseOfAnUnmodifiedShowAsksNothing)
 {
     StartWithDemo();
