@@ -71,6 +71,9 @@ struct CPMenu::Impl {
     bool checked[kMenuCount][kMenuItemCount] = {};
     QPointer<QMenu> menus[kMenuCount];
     QPointer<QAction> items[kMenuCount][kMenuItemCount];
+    // Lists hung under items (SetItemList), with the submenus that show them.
+    std::vector<MenuListEntry> lists[kMenuCount][kMenuItemCount];
+    QPointer<QMenu> listMenus[kMenuCount][kMenuItemCount];
     int menuCount = 0;
     int current = -1;            // the menu items are added to; -1 for none
     QPointer<QMenuBar> bar;      // this menu bar
@@ -89,6 +92,8 @@ struct CPMenu::Impl {
             for (int i = 0; i < kMenuItemCount; ++i) {
                 checked[m][i] = false;
                 items[m][i] = nullptr;
+                lists[m][i].clear();
+                listMenus[m][i] = nullptr;
             }
         }
         menuCount = 0;
@@ -220,6 +225,51 @@ void CPMenu::SetCheck(int id, bool on)
     }
     if (impl->bar)
         impl->bar->update();
+}
+
+void CPMenu::SetItemList(int id, const std::vector<MenuListEntry>& entries)
+{
+    for (int m = 0; m < impl->menuCount; ++m) {
+        for (int i = 0; i < kMenuItemCount; ++i) {
+            if (impl->table[m][i] != id)
+                continue;
+            QAction* action = impl->items[m][i];
+            impl->lists[m][i] = entries;
+            if (!action)
+                break;
+            QMenu* list = impl->listMenus[m][i];
+            if (!list) {
+                list = new QMenu(impl->menus[m]);
+                impl->listMenus[m][i] = list;
+                action->setMenu(list);
+            }
+            list->clear();
+            for (const MenuListEntry& entry : entries) {
+                QAction* item = list->addAction(PlainText(QByteArray(entry.text.c_str())));
+                int command = entry.id;
+                QObject::connect(item, &QAction::triggered, item, [command]() {
+                    // Delivered once the menu has closed, as the items of the bar are.
+                    QMetaObject::invokeMethod(
+                        QCoreApplication::instance(),
+                        [command]() { PostAMessage(nullptr, kMsgCommand, command, 0); },
+                        Qt::QueuedConnection);
+                });
+            }
+            action->setEnabled(!entries.empty());
+            break;
+        }
+    }
+}
+
+std::vector<MenuListEntry> CPMenu::GetItemList(int id) const
+{
+    for (int m = 0; m < impl->menuCount; ++m) {
+        for (int i = 0; i < kMenuItemCount; ++i) {
+            if (impl->table[m][i] == id)
+                return impl->lists[m][i];
+        }
+    }
+    return {};
 }
 
 void CPMenu::RestoreOriginalMenu()

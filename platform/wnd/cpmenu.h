@@ -7,6 +7,9 @@
 // Command-key (Ctrl) shortcut and is not shown; the shortcut is shown beside the item, and its
 // key reaches the program as message 1017, never as the item itself. "&" is shown as itself.
 
+#include <string>
+#include <vector>
+
 class CPWnd;
 class QMenuBar;
 
@@ -20,6 +23,12 @@ constexpr int kMaxMenuTitle = 255;
 constexpr int kMenuItemChecked = 1;
 constexpr int kMenuItemDisabled = 2;
 constexpr int kMenuDisabled = 4;  // AddTopLevel: the whole menu
+
+// One entry of a list hung under a menu item (SetItemList).
+struct MenuListEntry {
+    int id;            // broadcast with message 1020 when the entry is chosen
+    std::string text;  // shown as it is: no shortcut suffix is read from it
+};
 
 class CPMenu {
 public:
@@ -47,6 +56,12 @@ public:
     void SetState(int id, int flags);
     // Sets or clears the check mark of the first slot holding `id` in each menu.
     void SetCheck(int id, bool on);
+    // Hangs a list under the first item holding `id` in each menu, replacing the list it had:
+    // the item opens a submenu of the entries, each broadcasting message 1020 with its own id
+    // when chosen. An empty list leaves the item disabled. The entries take no table slots.
+    void SetItemList(int id, const std::vector<MenuListEntry>& entries);
+    // The entries hung under `id` (the first item holding it), as last set.
+    std::vector<MenuListEntry> GetItemList(int id) const;
     // Puts back the menu bar that was in place before Create, once.
     void RestoreOriginalMenu();
 

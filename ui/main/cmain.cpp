@@ -7,6 +7,7 @@
 #include "doc/globals.h"
 #include "image/picture_import.h"
 #include "platform/base/env.h"
+#include "platform/dialog/message_box.h"
 #include "platform/draw/bitmap_draw.h"
 #include "platform/file/paths.h"
 #include "platform/ini/settings.h"
@@ -15,8 +16,15 @@
 #include "platform/wnd/cursor.h"
 #include "platform/wnd/messages.h"
 #include "platform/wnd/shell.h"
+#include "ui/commands/key_commands.h"
+#include "ui/commands/key_map.h"
 #include "ui/commands/make_flash_file.h"
 #include "ui/commands/make_movie_file.h"
+#include "ui/commands/picture_commands.h"
+#include "ui/commands/recent_shows.h"
+#include "ui/commands/show_commands.h"
+#include "ui/commands/still_image.h"
+#include "ui/commands/view_commands.h"
 #include "ui/dialogs/advanced_options.h"
 #include "ui/dialogs/prep_pictures.h"
 #include "ui/dialogs/viewer_aspect.h"
@@ -34,6 +42,10 @@ constexpr int kStartWidth = 640;
 constexpr int kStartHeight = 480;
 
 int EnabledFlag(bool enabled) { return enabled ? 0 : kMenuItemDisabled; }
+
+// A key code the window layer sends for a key it has no character for.
+constexpr long kIgnoredKey = 1024;
+constexpr const char* kAboutText = "Hollerbank Parallaxotron\nversion 5.1";
 
 }  // namespace
 
@@ -62,6 +74,7 @@ CMain::CMain(void* /*parent*/) : variant(CurrentMenuVariant())
         else
             Menu.AddItem(line.command, line.text ? line.text : "", line.flags);
     }
+    ShowRecentShowsIn(Menu);
 
     Show(2);
     gMainWindowPtr = this;
@@ -135,6 +148,85 @@ void CMain::ShowStats(const KeyStruct& key)
     }
 }
 
+long CMain::Key(unsigned int msg, long key, long lParam)
+{
+    if (key == kIgnoredKey)
+        return 0;
+    if (ConvertControlKey(key, lParam)) {
+        int command = ShortcutCommand(key, msg);
+        KeyBoardFlush();
+        switch (command) {
+        case kShortcutNone:
+            return 0;
+        case kShortcutQuickSave:
+            QuickSaveCommand();
+            return 1;
+        case kShortcutClose:
+            return HandleEvent(kMsgClose, 0, 0);
+        default:
+            return Command(command);
+        }
+    }
+    bool handled = PlainKeyCommand(key, msg);
+    KeyBoardFlush();
+    return handled ? 1 : 0;
+}
+
+// One line a command: the menus' items and the shortcuts that stand for them. Each command finds
+// the picture at the current frame itself.
+long CMain::Command(int command)
+{
+    // clang-format off
+    switch (command) {
+    case 1010: LoadPictureCommand(false); break;
+    case 1011: LoadPictureCommand(true); break;
+    case 2005: NewShowCommand(); break;
+    case 2004: LoadShowCommand(); break;
+    case 2003: SaveShowCommand(); break;
+    case 1037: MakeStillImageCommand(); break;
+    case 1013: MakeMovieFile(false); break;
+    case 1014: MakeMovieFile(true); break;
+    case kMakeFlashFileCommand: MakeFlashFile(); break;
+    case kPrepPicturesCommand: ImagePrep(); break;
+    case kAdvancedOptionsCommand: SpecialOptions(); break;
+    case kViewerAspectCommand: SetViewerAspect(); break;
+    case 1015: case 1016: case 1017: ChooseFrameRate(command); break;
+    case kCmdExit: return HandleEvent(kMsgClose, 0, 0);
+    case kCmdQuitNoApply: Quit(1); break;
+    case kCmdUndo: UndoCommand(); break;
+    case kCmdRedo: RedoCommand(); break;
+    case kCmdCopy: CopyKeyCommand(); break;
+    case kCmdCut: CutKeyCommand(); break;
+    case kCmdDelete: DeleteKeyCommand(); break;
+    case kCmdPaste: PasteKeyCommand(); break;
+    case 1023: DeletePictureCommand(); break;
+    case 1024: DeleteAllKeysCommand(); break;
+    case 1022: UniformSpeedCommand(); break;
+    case 1000: ToggleCameraPath(); break;
+    case 1002: ToggleAutoRescale(); break;
+    case 1003: case 1004: case 1005: case 1006: ChooseEase(command); break;
+    case 1007: ToggleNoCurves(); break;
+    case 1030: case 1031: case 1032: ChooseAspect(command); break;
+    case 1033: ToggleDraft(); break;
+    case 1034: ToggleMultiprocessor(); break;
+    case 1035: ToggleMotionBlur(); break;
+    case 1040: ToggleTvSafe(); break;
+    case 1041: ToggleCentrePicture(); break;
+    case 1042: ZoomStage(true); break;
+    case 1043: ZoomStage(false); break;
+    case 1044: ScaleTimeline(true); break;
+    case 1045: ScaleTimeline(false); break;
+    case 1026: ErrorBox(kAboutText, kNoErrorNumber); break;
+    default:
+        if (command < kCmdFirstRecentShow || command >= kCmdFirstRecentShow + kRecentShowCount)
+            return 0;
+        OpenRecentShowCommand(command);
+        break;
+    }
+    // clang-format on
+    return 1;
+}
+
 void CMain::Quit(long code)
 {
     PostAMessage(this, kMsgEndLoop, code, 0);
@@ -169,8 +261,8 @@ long CMain::HandleEvent(unsigned int msg, long wParam, long lParam)
         OnDraw();
         return 1;
     case kMsgClose:
-        // The save question for a modified show comes with the show commands.
-        Quit(0);
+        if (MayCloseShow())
+            Quit(0);
         return 1;
     case kMsgCloseWindow:
         return 1;
@@ -212,43 +304,10 @@ long CMain::HandleEvent(unsigned int msg, long wParam, long lParam)
         ChangeCursor(1);
         return 1;
     case kMsgShortcut:
-        if (wParam == 'q' || wParam == 'Q') {
-            Quit(0);
-            return 1;
-        }
-        if (wParam == 'k' || wParam == 'K')
-            return HandleEvent(kMsgCommand, 1013, 0);
-        return 0;
+    case kMsgKeyDown:
+        return Key(msg, wParam, lParam);
     case kMsgCommand:
-        if (wParam == 1013 || wParam == 1014) {  // "Make Movie File/K", "Batch Render Movies"
-            MakeMovieFile(wParam == 1014);
-            return 1;
-        }
-        if (wParam == kCmdExit) {
-            Quit(0);
-            return 1;
-        }
-        if (wParam == kCmdQuitNoApply) {
-            Quit(1);
-            return 1;
-        }
-        switch (wParam) {
-        case kPrepPicturesCommand:
-            ImagePrep();
-            return 1;
-        case kAdvancedOptionsCommand:
-            SpecialOptions();
-            return 1;
-        case kViewerAspectCommand:
-            SetViewerAspect();
-            return 1;
-        case kMakeFlashFileCommand:
-            MakeFlashFile();
-            return 1;
-        default:
-            break;
-        }
-        return 0;
+        return Command(static_cast<int>(wParam));
     default:
         return CPWnd::HandleEvent(msg, wParam, lParam);
     }

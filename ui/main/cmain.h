@@ -58,6 +58,10 @@ public:
     MenuVariant variant;
 
 private:
+    // Messages 1017 and 1019: Ctrl combinations become commands, plain keys play and navigate.
+    long Key(unsigned int msg, long key, long lParam);
+    // Message 1020: one menu command (or the command a shortcut stands for). 1 when handled.
+    long Command(int command);
     // The quit path of the close box, the window manager, Exit and Ctrl+Q: ends the message
     // loop with `code`.
     void Quit(long code);

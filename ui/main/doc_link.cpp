@@ -44,8 +44,11 @@ void EditorDocLink::RefreshFrame(long /*frame*/)
         pTime->Redraw();
     if (pViewer)
         pViewer->Redraw();
-    if (pMain)
+    if (pMain) {
+        // The key selection follows the current frame, and the Edit items follow it.
+        pMain->SetEditMenuOptions();
         pMain->Redraw();
+    }
 }
 
 void EditorDocLink::AspectChanged()

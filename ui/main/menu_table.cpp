@@ -2,6 +2,7 @@
 
 #include "platform/ini/settings.h"
 #include "platform/wnd/cpmenu.h"
+#include "ui/commands/recent_shows.h"
 
 namespace {
 
@@ -23,6 +24,8 @@ void AddFileMenu(std::vector<MenuLine>& lines, const MenuVariant& variant)
     }
     lines.push_back({2005, "New Show/N", 0});
     lines.push_back({2004, "Load Show/O", 0});
+    // Our addition: the last shows opened or saved, listed under one item.
+    lines.push_back({kCmdRecentShows, "Recent Shows", 0});
     lines.push_back({2003, "Save Show/S", 0});
     lines.push_back({kMenuSeparator, nullptr, 0});
     if (!variant.standalone) {

@@ -189,6 +189,35 @@ TEST(MenuChoosing, AnItemBroadcastsItsCommandAndKeepsTheProgramsCheckMark)
     EXPECT_EQ(other.Last(kMsgCommand)->wParam, 1002);
 }
 
+TEST(MenuItemList, EntriesHangUnderTheItemAndBroadcastTheirOwnCommands)
+{
+    MenuDesk desk;
+    desk.menu.AddTopLevel("File", 0);
+    desk.menu.AddItem(2004, "Load Show/O", 0);
+    desk.menu.AddItem(2006, "Recent Shows", 0);
+    desk.menu.AddItem(2003, "Save Show/S", 0);
+    desk.menu.SetItemList(2006, {{2010, "trip  (/shows/trip.plx)"}, {2011, "a&b"}});
+    EXPECT_EQ(desk.menu.GetItemCount(0), 3);  // the entries take no slots
+    QMenu* list = desk.Items(0)[1]->menu();
+    ASSERT_NE(list, nullptr);
+    ASSERT_EQ(list->actions().size(), 2);
+    EXPECT_EQ(list->actions()[1]->text().toStdString(), "a&&b");
+    EXPECT_TRUE(desk.menu.IsItemEnabled(0, 1));
+    list->actions()[1]->trigger();
+    ProcessEvents();
+    ASSERT_EQ(desk.main.Count(kMsgCommand), 1);
+    EXPECT_EQ(desk.main.Last(kMsgCommand)->wParam, 2011);
+
+    // A new list replaces the old one; an empty one disables the item.
+    desk.menu.SetItemList(2006, {{2010, "other"}});
+    EXPECT_EQ(list->actions().size(), 1);
+    ASSERT_EQ(desk.menu.GetItemList(2006).size(), 1u);
+    EXPECT_EQ(desk.menu.GetItemList(2006)[0].text, "other");
+    desk.menu.SetItemList(2006, {});
+    EXPECT_FALSE(desk.menu.IsItemEnabled(0, 1));
+    EXPECT_TRUE(desk.menu.GetItemList(2099).empty());
+}
+
 TEST(MenuCommand, ItemSeventeenOrMenu1008IsMinusOne)
 {
     MenuDesk desk;

@@ -140,10 +140,10 @@ TEST_F(MainWindow, MenuBarHoldsTheFullTable)
 {
     Start();
     EXPECT_EQ(pMain->Menu.GetMenuCount(), 6);
-    EXPECT_EQ(pMain->Menu.GetItemCount(0), 15);  // File
+    EXPECT_EQ(pMain->Menu.GetItemCount(0), 16);  // File, with "Recent Shows"
     EXPECT_EQ(pMain->Menu.GetItemCount(1), 12);  // Edit
     EXPECT_EQ(pMain->Menu.GetID(0, 0), 1010);
-    EXPECT_EQ(pMain->Menu.GetID(0, 14), 2001);
+    EXPECT_EQ(pMain->Menu.GetID(0, 15), 2001);
     EXPECT_EQ(pMain->Menu.GetID(5, 0), 1026);
     EXPECT_FALSE(Enabled(9004));
     EXPECT_TRUE(Enabled(1010));
@@ -204,9 +204,9 @@ TEST_F(MainWindow, WithMultiprocessorsTheItemFollowsItsSetting)
 TEST_F(MainWindow, HostedFileMenuAppliesOrQuits)
 {
     Start("", false);
-    EXPECT_EQ(pMain->Menu.GetItemCount(0), 8);
-    EXPECT_EQ(pMain->Menu.GetID(0, 6), 2001);
-    EXPECT_EQ(pMain->Menu.GetID(0, 7), 2002);
+    EXPECT_EQ(pMain->Menu.GetItemCount(0), 9);
+    EXPECT_EQ(pMain->Menu.GetID(0, 7), 2001);
+    EXPECT_EQ(pMain->Menu.GetID(0, 8), 2002);
 }
 
 TEST_F(MainWindow, TitleIsTheProductUntilAShowIsOpened)

@@ -65,13 +65,13 @@ TEST_F(MenuTable, FullProgramHasTheSixMenusInOrderWithEveryCommand)
               (std::vector<std::string>{"File", "Edit", "Options", "Render", "View", "Help"}));
     const int s = kMenuSeparator;
     const int t = kMenuTitle;
-    EXPECT_EQ(
-        Commands(lines),
-        (std::vector<int>{t,    1010, s,    2005, 2004, 2003, s,    1013, 1014, 1037, s,    1015,
-                          1016, 1017, s,    2001, t,    9004, 9005, s,    9001, 9000, 9002, 9003,
-                          s,    1023, 1024, 1022, 1025, t,    1000, 1002, s,    1003, 1004, 1005,
-                          1006, s,    1007, t,    1030, 1031, 1032, s,    1033, 1035, 1034, s,
-                          1036, t,    1041, 1040, s,    1042, 1043, s,    1044, 1045, t,    1026}));
+    EXPECT_EQ(Commands(lines),
+              (std::vector<int>{t,    1010, s,    2005, 2004, 2006, 2003, s,    1013, 1014, 1037,
+                                s,    1015, 1016, 1017, s,    2001, t,    9004, 9005, s,    9001,
+                                9000, 9002, 9003, s,    1023, 1024, 1022, 1025, t,    1000, 1002,
+                                s,    1003, 1004, 1005, 1006, s,    1007, t,    1030, 1031, 1032,
+                                s,    1033, 1035, 1034, s,    1036, t,    1041, 1040, s,    1042,
+                                1043, s,    1044, 1045, t,    1026}));
     EXPECT_STREQ(Find(lines, 1010)->text, "Load Picture/E");
     EXPECT_STREQ(Find(lines, 2001)->text, "Exit/Q");
     EXPECT_STREQ(Find(lines, 1003)->text, "Slow-in & Slow Out");
@@ -84,7 +84,7 @@ TEST_F(MenuTable, EditItemsStartDisabledAndTheRestEnabled)
     std::vector<MenuLine> lines = MainMenuLines(MenuVariant{});
     for (int command : {9004, 9005, 9001, 9000, 9002, 9003})
         EXPECT_EQ(Find(lines, command)->flags, kMenuItemDisabled) << command;
-    for (int command : {1010, 2005, 2004, 2003, 1013, 1023, 1036, 1042, 1026})
+    for (int command : {1010, 2005, 2004, 2006, 2003, 1013, 1023, 1036, 1042, 1026})
         EXPECT_EQ(Find(lines, command)->flags, 0) << command;
 }
 
@@ -194,9 +194,10 @@ TEST_F(MenuTable, HostedFileMenuAppliesOrQuitsInsteadOfRendering)
     std::vector<MenuLine> lines = MainMenuLines(hosted);
     const int s = kMenuSeparator;
     std::vector<int> commands = Commands(lines);
-    std::vector<int> fileMenu(commands.begin(), commands.begin() + 9);
-    EXPECT_EQ(fileMenu, (std::vector<int>{kMenuTitle, 1010, s, 2005, 2004, 2003, s, 2001, 2002}));
-    EXPECT_EQ(commands[9], kMenuTitle);
+    std::vector<int> fileMenu(commands.begin(), commands.begin() + 10);
+    EXPECT_EQ(fileMenu,
+              (std::vector<int>{kMenuTitle, 1010, s, 2005, 2004, 2006, 2003, s, 2001, 2002}));
+    EXPECT_EQ(commands[10], kMenuTitle);
     EXPECT_STREQ(Find(lines, 2001)->text, "Apply Moves and Close/Q");
     EXPECT_STREQ(Find(lines, 2002)->text, "Quit - DON'T Apply changes");
     for (int command : {1013, 1014, 1037, 1015, 1016, 1017})
@@ -208,8 +209,8 @@ TEST_F(MenuTable, PicturesFromTheHostTimelineDropLoadPictureAndItsSeparator)
     MenuVariant variant;
     variant.getImageFromTimeline = true;
     std::vector<int> commands = Commands(MainMenuLines(variant));
-    EXPECT_EQ(std::vector<int>(commands.begin(), commands.begin() + 4),
-              (std::vector<int>{kMenuTitle, 2005, 2004, 2003}));
+    EXPECT_EQ(std::vector<int>(commands.begin(), commands.begin() + 5),
+              (std::vector<int>{kMenuTitle, 2005, 2004, 2006, 2003}));
 }
 
 TEST_F(MenuTable, ReducedVariantDropsRatesRenderMenuAndTvSafe)
@@ -220,9 +221,9 @@ TEST_F(MenuTable, ReducedVariantDropsRatesRenderMenuAndTvSafe)
     EXPECT_EQ(Titles(lines), (std::vector<std::string>{"File", "Edit", "Options", "View", "Help"}));
     std::vector<int> commands = Commands(lines);
     const int s = kMenuSeparator;
-    EXPECT_EQ(std::vector<int>(commands.begin(), commands.begin() + 13),
-              (std::vector<int>{kMenuTitle, 1010, 1011, s, 2005, 2004, 2003, s, 1013, 1014, 1037, s,
-                                2001}));
+    EXPECT_EQ(std::vector<int>(commands.begin(), commands.begin() + 14),
+              (std::vector<int>{kMenuTitle, 1010, 1011, s, 2005, 2004, 2006, 2003, s, 1013, 1014,
+                                1037, s, 2001}));
     EXPECT_STREQ(Find(lines, 1011)->text, "Load Picture and Jump/~");
     EXPECT_STREQ(Find(lines, 1008)->text, "Set Viewer Aspect Ratio");
     for (int command : {1002, 1015, 1016, 1017, 1030, 1036, 1040})
