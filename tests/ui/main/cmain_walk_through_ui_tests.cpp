@@ -1,7 +1,7 @@
 // A show made from scratch through the main window's menus and keys, the dialogs answered by
 // the script: new show, two pictures, keys made by dragging on the stage, save, new, load, a
-// still image, undo and redo, and the way out with unsaved changes. Each step is one function
-// of the walk, so a step can be put between two others.
+// two-second movie, a still image, undo and redo, and the way out with unsaved changes. Each step
+// is one function of the walk, so a step can be put between two others.
 
 #include <gtest/gtest.h>
 #include <cstdio>
@@ -9,7 +9,14 @@
 #include <string>
 
 #include "image/cdib.h"
+#include "output/movie.h"
+#include "platform/dialog/codec_dialog.h"
+#include "platform/dialog/dialog_layout.h"
+#include "platform/dialog/posted_input.h"
+#include "platform/dialog/string_box.h"
+#include "support/movie_frames.h"
 #include "ui/commands/editor_fixture.h"
+#include "ui/commands/make_movie_file.h"
 #include "ui/stage/cstage.h"
 #include "ui/stage/stage_geometry.h"
 
@@ -129,6 +136,49 @@ protected:
         ASSERT_EQ(Title(), "Hollerbank Parallaxotron - walk");
         ASSERT_FALSE(pDoc->dirty);
     }
+    // Ctrl+K: the options with the end typed as two seconds, the movie's name and its codec.
+    // The movie has the 60 frames of two seconds, and an outside reader agrees.
+    void MakeTwoSecondMovie()
+    {
+        char rate[] = "30";
+        char start[] = "00:00:00";
+        char none[] = "";
+        SetIniItem("MovieFPS", rate);
+        SetIniItem("MovieStart", start);
+        SetIniItem("MovieHold", start);
+        SetIniItem("MovieFields", none);
+        MovieDialogLists lists = MakeMovieDialog(*pDoc);
+        DialogLayout layout = MakeDialogLayout(kMovieDialogX, kMovieDialogY, kMovieDialogRows,
+                                               lists.descriptions, false);
+        tagRECT end = DialogValueArea(layout, kMovieRowEnd);
+        PushStringBoxAnswer("00:02:00");
+        PostClick(pStage, (end.left + end.right) / 2, (end.top + end.bottom) / 2);
+        PostReturn(pStage);
+        std::string movie = dir.File("walk.mov");
+        PushFileDialogAnswer(movie.c_str());
+        const char* codec = IsCodecAvailable("avc1") ? "avc1" : "png ";
+        PushCodecDialogAnswer(CodecDialogAnswer{true, codec, -1});
+        PushMessageBoxAnswer(kBoxYes);
+        CtrlKey(Qt::Key_K);
+        ASSERT_EQ(BoxTexts(), std::vector<std::string>{": Movie file(s) successfully made"});
+        EXPECT_EQ(pxtest::MovieFrames(movie), 60);
+        if (std::system("ffprobe -version > /dev/null 2>&1") != 0) {
+            std::printf("ffprobe is not installed: the movie is checked with our reader only\n");
+            return;
+        }
+        std::string command =
+            "ffprobe -v error -count_frames -select_streams v:0 -show_entries "
+            "stream=codec_name,nb_read_frames,duration -of csv=p=0 '" +
+            movie + "'";
+        FILE* pipe = popen(command.c_str(), "r");
+        ASSERT_NE(pipe, nullptr);
+        char line[128] = {};
+        std::fgets(line, sizeof line, pipe);
+        pclose(pipe);
+        std::string expected =
+            std::string(codec) == "avc1" ? "h264,2.000000,60\n" : "png,2.000000,60\n";
+        EXPECT_EQ(std::string(line), expected);
+    }
     void MakeStillImage()
     {
         SetIniItem("MovieWid", 320L);
@@ -225,6 +275,7 @@ TEST_F(WalkThrough, AShowFromScratchThroughTheMenusAndKeys)
     ASSERT_NO_FATAL_FAILURE(AddKeysByDragging());
     ASSERT_NO_FATAL_FAILURE(SaveShow());
     ASSERT_NO_FATAL_FAILURE(LoadShowAgain());
+    ASSERT_NO_FATAL_FAILURE(MakeTwoSecondMovie());
     ASSERT_NO_FATAL_FAILURE(MakeStillImage());
     ASSERT_NO_FATAL_FAILURE(EditAfterLoadingWithUndoAndRedo());
     ASSERT_NO_FATAL_FAILURE(ExitCancelledThenSaved());
