@@ -434,14 +434,15 @@ std::string FFEncoderQuality(const char* type, int spatialQuality)
 
 namespace {
 
-AVFormatContext* mWriteMovie = nullptr;  // the movie file being written
-AVStream* mWriteTrack = nullptr;         // its one video track
-AVCodecContext* mWriteMedia = nullptr;   // the encoder that fills the track
-AVFrame* mWritePicture = nullptr;        // one frame in the encoder's pixel format
-SwsContext* mWriteScaler = nullptr;      // frame buffer to encoder pixel format
-AVPacket* mCompressedData = nullptr;     // one compressed frame on its way to the file
-int64_t mWriteNextPts = 0;               // in the encoder's time base
-int mWriteWidth = 0;                     // the frames given, in pixels
+AVFormatContext* mWriteMovie = nullptr;              // the movie file being written
+AVStream* mWriteTrack = nullptr;                     // its one video track
+AVCodecContext* mWriteMedia = nullptr;               // the encoder that fills the track
+AVFrame* mWritePicture = nullptr;                    // one frame in the encoder's pixel format
+SwsContext* mWriteScaler = nullptr;                  // frame rows to encoder pixel format
+AVPixelFormat mWriteScalerSource = AV_PIX_FMT_NONE;  // the rows' pixel format it converts
+AVPacket* mCompressedData = nullptr;                 // one compressed frame on its way to the file
+int64_t mWriteNextPts = 0;                           // in the encoder's time base
+int mWriteWidth = 0;                                 // the frames given, in pixels
 int mWriteHeight = 0;
 int mEncodedWidth = 0;  // the frames encoded: the same, or padded to even sides
 int mEncodedHeight = 0;
@@ -488,6 +489,7 @@ void ReleaseWriter(bool removeFile)
     mWriteReplacement.reset();
     sws_freeContext(mWriteScaler);
     mWriteScaler = nullptr;
+    mWriteScalerSource = AV_PIX_FMT_NONE;
     av_frame_free(&mWritePicture);
     av_packet_free(&mCompressedData);
     avcodec_free_context(&mWriteMedia);
@@ -504,6 +506,33 @@ void ReleaseWriter(bool removeFile)
     mPadded.shrink_to_fit();
     mWritePath.clear();
     mWriteType.clear();
+}
+
+// The converter from frames whose pixels are `source` to the encoder's pixel format; kept while
+// the frames keep their order of bytes.
+bool MakeWriteScaler(AVPixelFormat source)
+{
+    if (mWriteScaler != nullptr && mWriteScalerSource == source)
+        return true;
+    sws_freeContext(mWriteScaler);
+    mWriteScaler = sws_getContext(
+        mEncodedWidth, mEncodedHeight, source, mEncodedWidth, mEncodedHeight, mWriteMedia->pix_fmt,
+        SWS_BICUBIC | SWS_ACCURATE_RND | SWS_FULL_CHR_H_INT | SWS_FULL_CHR_H_INP, nullptr, nullptr,
+        nullptr);
+    mWriteScalerSource = source;
+    if (mWriteScaler == nullptr) {
+        SetError(std::string("Cannot convert frames to ") +
+                 av_get_pix_fmt_name(mWriteMedia->pix_fmt));
+        return false;
+    }
+    const AVPixFmtDescriptor* descriptor = av_pix_fmt_desc_get(mWriteMedia->pix_fmt);
+    if (descriptor != nullptr && (descriptor->flags & AV_PIX_FMT_FLAG_RGB) == 0) {
+        int matrix = mWriteMedia->colorspace == AVCOL_SPC_BT709 ? SWS_CS_ITU709 : SWS_CS_ITU601;
+        int fullRange = mWriteMedia->color_range == AVCOL_RANGE_JPEG ? 1 : 0;
+        sws_setColorspaceDetails(mWriteScaler, sws_getCoefficients(SWS_CS_DEFAULT), 1,
+                                 sws_getCoefficients(matrix), fullRange, 0, 1 << 16, 1 << 16);
+    }
+    return true;
 }
 
 // Sets up the writer for one codec: kRefused when the container turned the codec down at its
@@ -628,44 +657,28 @@ OpenResult OpenWriterAs(const FFWriteRequest& request, const AVOutputFormat* con
         SetError("Not enough memory for a frame", result);
         return OpenResult::kFailed;
     }
-    mWriteScaler =
-        sws_getContext(mEncodedWidth, mEncodedHeight, AV_PIX_FMT_ARGB, mEncodedWidth,
-                       mEncodedHeight, mWriteMedia->pix_fmt,
-                       SWS_BICUBIC | SWS_ACCURATE_RND | SWS_FULL_CHR_H_INT | SWS_FULL_CHR_H_INP,
-                       nullptr, nullptr, nullptr);
-    if (mWriteScaler == nullptr) {
-        SetError(std::string("Cannot convert frames to ") +
-                 av_get_pix_fmt_name(mWriteMedia->pix_fmt));
+    if (!MakeWriteScaler(AV_PIX_FMT_BGRA))
         return OpenResult::kFailed;
-    }
-    const AVPixFmtDescriptor* descriptor = av_pix_fmt_desc_get(mWriteMedia->pix_fmt);
-    if (descriptor != nullptr && (descriptor->flags & AV_PIX_FMT_FLAG_RGB) == 0) {
-        int matrix = mWriteMedia->colorspace == AVCOL_SPC_BT709 ? SWS_CS_ITU709 : SWS_CS_ITU601;
-        int fullRange = mWriteMedia->color_range == AVCOL_RANGE_JPEG ? 1 : 0;
-        sws_setColorspaceDetails(mWriteScaler, sws_getCoefficients(SWS_CS_DEFAULT), 1,
-                                 sws_getCoefficients(matrix), fullRange, 0, 1 << 16, 1 << 16);
-    }
     if (mEncodedWidth != request.width || mEncodedHeight != request.height)
         mPadded.assign(static_cast<size_t>(4) * mEncodedWidth * mEncodedHeight, 0);
     mWriteNextPts = 0;
     return OpenResult::kOpened;
 }
 
-// The frame buffer at the encoded size: each row with its last pixel repeated, the last row
-// repeated below.
-const unsigned char* PadFrame(const unsigned char* frame)
+// The frame's rows at the encoded size, top-down: each row with its last pixel repeated, the
+// last row repeated below.
+FFFrameRows PadFrame(const FFFrameRows& frame)
 {
     size_t given = static_cast<size_t>(4) * mWriteWidth;
     size_t padded = static_cast<size_t>(4) * mEncodedWidth;
     for (int y = 0; y < mEncodedHeight; ++y) {
-        const unsigned char* from =
-            frame + given * static_cast<size_t>(std::min(y, mWriteHeight - 1));
+        const unsigned char* from = frame.top + frame.stride * std::min(y, mWriteHeight - 1);
         unsigned char* to = mPadded.data() + padded * static_cast<size_t>(y);
         std::memcpy(to, from, given);
         for (size_t x = given; x < padded; x += 4)
             std::memcpy(to + x, from + given - 4, 4);
     }
-    return mPadded.data();
+    return FFFrameRows{mPadded.data(), static_cast<ptrdiff_t>(padded), frame.order};
 }
 
 // The codes to try for the container, best first: the one asked for, then the fallbacks.
@@ -735,8 +748,15 @@ bool FFOpenMovieWriter(const FFWriteRequest& request)
 
 bool FFWriteMovieFrame(const unsigned char* frame, bool addSample)
 {
+    return FFWriteMovieRows(
+        FFFrameRows{frame, static_cast<ptrdiff_t>(4) * mWriteWidth, FFPixelOrder::kArgb},
+        addSample);
+}
+
+bool FFWriteMovieRows(const FFFrameRows& given, bool addSample)
+{
     if (mWriteMedia == nullptr || mWriteScaler == nullptr || !mWriteHeaderStored ||
-        frame == nullptr) {
+        given.top == nullptr) {
         SetError("No movie is open for writing");
         return false;
     }
@@ -745,10 +765,12 @@ bool FFWriteMovieFrame(const unsigned char* frame, bool addSample)
         SetError("Not enough memory for a frame", result);
         return false;
     }
-    if (!mPadded.empty())
-        frame = PadFrame(frame);
-    const uint8_t* planes[4] = {frame, nullptr, nullptr, nullptr};
-    const int strides[4] = {4 * mEncodedWidth, 0, 0, 0};
+    FFFrameRows frame = mPadded.empty() ? given : PadFrame(given);
+    if (!MakeWriteScaler(frame.order == FFPixelOrder::kBgra ? AV_PIX_FMT_BGRA : AV_PIX_FMT_ARGB))
+        return false;
+    // swscale walks the rows by the stride, so bottom-up storage goes in as it is.
+    const uint8_t* planes[4] = {frame.top, nullptr, nullptr, nullptr};
+    const int strides[4] = {static_cast<int>(frame.stride), 0, 0, 0};
     if (sws_scale(mWriteScaler, planes, strides, 0, mEncodedHeight, mWritePicture->data,
                   mWritePicture->linesize) != mEncodedHeight) {
         SetError("Cannot convert a frame");
