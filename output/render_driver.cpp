@@ -16,6 +16,7 @@
 #include "doc/frame_math.h"
 #include "doc/globals.h"
 #include "doc/timecode.h"
+#include "output/frame_queue.h"
 #include "output/movie.h"
 #include "platform/dialog/message_box.h"
 #include "platform/file/paths.h"
@@ -70,17 +71,18 @@ std::string Timecode(long frame)
     return text;
 }
 
-// Writes the frame `holds` times, showing the hold's progress. False when a write fails.
-bool WriteHold(CDIB* frame, long holds, RenderProgress& progress)
+// Queues the frame `holds` times, showing the hold's progress. False when a write has failed.
+bool WriteHold(MovieFrameQueue& queue, CDIB* frame, long holds, RenderProgress& progress)
 {
     for (long j = 0; j < holds; ++j) {
         progress.Progress(static_cast<double>(j) / static_cast<double>(holds), kHoldText);
-        if (!QTMovieWriteFrame(-1, frame))
+        if (!queue.Queue(frame, progress))
             return false;
-        progress.FrameWritten();
     }
     return true;
 }
+
+bool WriteToMovie(CDIB* frame) { return QTMovieWriteFrame(-1, frame); }
 
 // The movie of one show in batch mode: the output folder, the show's name without its
 // extension, "B", and ".mov".
@@ -179,13 +181,21 @@ bool MakeMovie(CDoc& doc, CDIB* frame, int fieldMode, long startFrame, long endF
     int width = frame->GetWid();
     int height = frame->GetHgt();
     CDIB incoming(1, 1, 32);
+    // Frame N + 1 renders here while frame N is compressed on the queue's thread.
+    MovieFrameQueue queue(frame, MovieFrameQueue::kBuffers, WriteToMovie);
     bool result = true;
     for (long i = 0; i < count; ++i) {
+        // A frame that could not be written ends the run before anything more is shown.
+        if (queue.Failed()) {
+            result = false;
+            break;
+        }
         progress.Progress(static_cast<double>(i) / static_cast<double>(count), kRenderingText);
         progress.ShowFrame(gCurFrame);
         if (progress.CancelRequested())
             break;
-        doc.RenderFrame(gCurFrame, fieldMode, false, width, height, frame, true);
+        CDIB* rendered = queue.Next(progress);
+        doc.RenderFrame(gCurFrame, fieldMode, false, width, height, rendered, true);
         // During a dissolve the frame above is the outgoing picture; the incoming one is mixed
         // in more and more until it alone is left.
         int pic = doc.FindCurPic(gCurFrame);
@@ -196,24 +206,29 @@ bool MakeMovie(CDoc& doc, CDIB* frame, int fieldMode, long startFrame, long endF
             doc.RenderFrame(gCurFrame, fieldMode, false, width, height, &incoming, false)) {
             double outgoingShare =
                 1.0 - static_cast<double>(gCurFrame - pictureStart) / static_cast<double>(dissolve);
-            frame->Dissolve(&incoming, static_cast<float>(outgoingShare));
+            rendered->Dissolve(&incoming, static_cast<float>(outgoingShare));
         }
         // The frame is a picture shown whole: no pixel of it may be transparent in a movie that
         // stores alpha. The filters leave alpha 0 outside a 32-bit picture, and the nearest-pixel
         // rotating filter leaves a 24-bit picture's frame with the alpha it had.
-        frame->SetAlpha(255);
-        if (i == 0 && !WriteHold(frame, holdFrames, progress)) {
+        rendered->SetAlpha(255);
+        if (i == 0 && !WriteHold(queue, rendered, holdFrames, progress)) {
             result = false;
             break;
         }
-        if (!QTMovieWriteFrame(-1, frame)) {
+        if (!queue.Queue(rendered, progress)) {
             result = false;
             break;
         }
-        progress.FrameWritten();
         gCurFrame += step;
     }
-    if (result && !WriteHold(frame, holdFrames, progress))
+    // The run's frames are all in before the tail hold starts, so a late failure writes none of
+    // it, as a failure found at once would not.
+    if (!queue.Finish(progress))
+        result = false;
+    if (result && !WriteHold(queue, queue.Last(), holdFrames, progress))
+        result = false;
+    if (!queue.Finish(progress))
         result = false;
     doc.GotoFrame(gCurFrame, true);
     return result;
@@ -249,8 +264,13 @@ MovieJobResult MakeMovieFiles(CDoc& doc, const MovieJob& job, RenderProgress& pr
             movie = BatchMovieName(job.movie, job.shows[run]);
             end = ShowEnd(doc);
         }
-        if (!QTMovieWriteOpen(!first, &movie, &frame, options.framesPerSecond, options.quality,
-                              total)) {
+        // MakeMovie makes every pixel opaque: the movie needs no alpha, and PNG, Animation and
+        // uncompressed frames take three bytes a pixel instead of four.
+        SetMovieFramesOpaque(true);
+        bool opened = QTMovieWriteOpen(!first, &movie, &frame, options.framesPerSecond,
+                                       options.quality, total);
+        SetMovieFramesOpaque(false);
+        if (!opened) {
             QTMovieWriteClose();
             if (job.reportInBoxes)
                 ErrorBox("Error Opening Movie File", -9999);
