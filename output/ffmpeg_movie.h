@@ -23,6 +23,11 @@ std::string FFEncoderName(const char* type);
 // ("crf 26", "qscale 8", "bits_per_mb 2400", "compression_level 9", "lossless").
 std::string FFEncoderQuality(const char* type, int spatialQuality);
 
+// The libx264 settings (x264-params text) every H.264 movie gets: one frame thread a processor
+// and no frames buffered between the look-ahead and the encoder, which save memory and leave
+// the movie's bytes as they were.
+std::string FFH264Params();
+
 // ---- Writing ----------------------------------------------------------------------------------
 
 struct FFWriteRequest {
