@@ -36,14 +36,11 @@ int PictureDepth(int pictureBits, int documentDepth)
     return own <= documentDepth ? own : documentDepth;
 }
 
-bool PreparePicture(CDIB& target, const CDIB& picture, const PicturePreparation& preparation)
+namespace {
+
+// Pre-blur, tint, contrast and video-safe colours, in place, on the picture inside its border.
+void AdjustPrepared(CDIB& target, const PicturePreparation& preparation)
 {
-    int b = BorderPixels(preparation.border, picture.GetWid());
-    int depth = PictureDepth(picture.GetBitCount(), preparation.depth);
-    if (!target.Create(picture.GetWid() + 2L * b, picture.GetHgt() + 2L * b, depth))
-        return false;
-    if (!picture.CopyScale(&target, preparation.matteColor, b))
-        return false;
     if (preparation.preBlur > 0)
         target.Blur(preparation.preBlur);
     if (preparation.border < 0)
@@ -54,6 +51,37 @@ bool PreparePicture(CDIB& target, const CDIB& picture, const PicturePreparation&
         target.Contrast(low, high);
     if (preparation.videoColors)
         target.VideoColors();
+}
+
+}  // namespace
+
+bool PreparePicture(CDIB& target, const CDIB& picture, const PicturePreparation& preparation)
+{
+    int b = BorderPixels(preparation.border, picture.GetWid());
+    int depth = PictureDepth(picture.GetBitCount(), preparation.depth);
+    if (!target.Create(picture.GetWid() + 2L * b, picture.GetHgt() + 2L * b, depth))
+        return false;
+    if (!picture.CopyScale(&target, preparation.matteColor, b))
+        return false;
+    AdjustPrepared(target, preparation);
+    return true;
+}
+
+bool PrepareLoadedPicture(CDIB& target, CDIB& loaded, const PicturePreparation& preparation)
+{
+    int depth = PictureDepth(loaded.GetBitCount(), preparation.depth);
+    if (BorderPixels(preparation.border, loaded.GetWid()) != 0 || depth != loaded.GetBitCount() ||
+        loaded.GetBitsAdd(0) == nullptr)
+        return PreparePicture(target, loaded, preparation);
+    // Without a border or a change of depth the decoded pixels are the prepared ones: they move
+    // into the target instead of being copied, and a large picture is in memory once, not twice.
+    bool rotating = target.useRotFilter;
+    target.Swap(loaded);
+    target.useRotFilter = rotating;
+    // As Create would have made them.
+    target.nominalWidth = static_cast<int16_t>(target.GetWid());
+    target.nominalHeight = static_cast<int16_t>(target.GetHgt());
+    AdjustPrepared(target, preparation);
     return true;
 }
 
@@ -66,7 +94,7 @@ int lbThreadFunc(void* block)
     const FSpec* alternative =
         request->alternativeFolder.name[0] != '\0' ? &request->alternativeFolder : nullptr;
     int result = loaded.Load(&request->spec, const_cast<FSpec*>(alternative), request->showErrors);
-    if (result != 0 && !PreparePicture(*request->target, loaded, request->preparation))
+    if (result != 0 && !PrepareLoadedPicture(*request->target, loaded, request->preparation))
         result = 0;
     if (request->result != nullptr)
         *request->result = result;
@@ -183,7 +211,7 @@ void CDoc::LoadPicture(FSpec* file, int pic, long start)
     picSpec[slot] = *file;
     picSpec[slot].name[kFSpecNameSize - 1] = '\0';
     SetPicStart(slot == 0 ? 0 : start, slot);
-    if (!PreparePicture(image, loaded, Preparation())) {
+    if (!PrepareLoadedPicture(image, loaded, Preparation())) {
         ErrorBox("Not Enough Memory to load Image", -9999);
         if (editor != nullptr)
             editor->ShowBusy(false);

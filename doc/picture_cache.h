@@ -27,6 +27,10 @@ int PictureDepth(int pictureBits, int documentDepth);
 // the picture centred on the matte colour, then pre-blur, tint, contrast and video-safe colours.
 // False (target as far as it got) when the target cannot be created.
 bool PreparePicture(CDIB& target, const CDIB& picture, const PicturePreparation& preparation);
+// PreparePicture for a picture just decoded: when it needs no border and keeps its depth, its
+// pixels move into `target` (which then holds them with Create's nominal size) and `loaded` is
+// left with what `target` held; otherwise it is copied as PreparePicture does.
+bool PrepareLoadedPicture(CDIB& target, CDIB& loaded, const PicturePreparation& preparation);
 
 // One picture to load into an image, and where to say that the load is under way or done.
 struct PictureLoadRequest {

@@ -25,6 +25,7 @@ extern "C" {
 #include <map>
 #include <memory>
 #include <mutex>
+#include <thread>
 #include <vector>
 
 #include "platform/base/replace_file.h"
@@ -234,6 +235,11 @@ constexpr int kJpegQscale[5] = {24, 12, 6, 3, 1};
 // zlib effort for PNG frames: the picture is exact at every setting, only size and time change.
 constexpr int kPngCompression[5] = {1, 3, 6, 8, 9};
 
+// libx264 keeps every frame of its look-ahead whole, with its half-pixel planes: about 11 MB a
+// frame at 1920 x 1080. Its automatic thread count (one and a half frame threads a processor)
+// and the extra buffer between its look-ahead thread and the encoder each hold frames more
+// without changing a byte of the movie; they go. The look-ahead itself (40 frames) stays: a
+// shorter one costs picture quality at the same rate factor.
 // Applies the quality to the encoder before it opens; answers the setting as text.
 std::string ApplyQuality(AVCodecContext* media, const char* type, int spatialQuality,
                          AVDictionary** options)
@@ -245,6 +251,7 @@ std::string ApplyQuality(AVCodecContext* media, const char* type, int spatialQua
     if (code == "avc1") {
         if (std::strcmp(name, "libx264") == 0) {
             av_dict_set_int(options, "crf", kH264Crf[level], 0);
+            av_dict_set(options, "x264-params", FFH264Params().c_str(), 0);
             std::snprintf(text, sizeof text, "crf %d", kH264Crf[level]);
         } else {
             std::snprintf(text, sizeof text, "encoder default");
@@ -448,18 +455,25 @@ std::string FFEncoderQuality(const char* type, int spatialQuality)
     return text;
 }
 
+std::string FFH264Params()
+{
+    unsigned processors = std::max(1u, std::thread::hardware_concurrency());
+    return "threads=" + std::to_string(processors) + ":sync-lookahead=0";
+}
+
 // ---- [SECTION] Writing ----------------------------------------------------------------------
 
 namespace {
 
-AVFormatContext* mWriteMovie = nullptr;  // the movie file being written
-AVStream* mWriteTrack = nullptr;         // its one video track
-AVCodecContext* mWriteMedia = nullptr;   // the encoder that fills the track
-AVFrame* mWritePicture = nullptr;        // one frame in the encoder's pixel format
-SwsContext* mWriteScaler = nullptr;      // frame buffer to encoder pixel format
-AVPacket* mCompressedData = nullptr;     // one compressed frame on its way to the file
-int64_t mWriteNextPts = 0;               // in the encoder's time base
-int mWriteWidth = 0;                     // the frames given, in pixels
+AVFormatContext* mWriteMovie = nullptr;              // the movie file being written
+AVStream* mWriteTrack = nullptr;                     // its one video track
+AVCodecContext* mWriteMedia = nullptr;               // the encoder that fills the track
+AVFrame* mWritePicture = nullptr;                    // one frame in the encoder's pixel format
+SwsContext* mWriteScaler = nullptr;                  // frame rows to encoder pixel format
+AVPixelFormat mWriteScalerSource = AV_PIX_FMT_NONE;  // the rows' pixel format it converts
+AVPacket* mCompressedData = nullptr;                 // one compressed frame on its way to the file
+int64_t mWriteNextPts = 0;                           // in the encoder's time base
+int mWriteWidth = 0;                                 // the frames given, in pixels
 int mWriteHeight = 0;
 int mEncodedWidth = 0;  // the frames encoded: the same, or padded to even sides
 int mEncodedHeight = 0;
@@ -506,6 +520,7 @@ void ReleaseWriter(bool removeFile)
     mWriteReplacement.reset();
     sws_freeContext(mWriteScaler);
     mWriteScaler = nullptr;
+    mWriteScalerSource = AV_PIX_FMT_NONE;
     av_frame_free(&mWritePicture);
     av_packet_free(&mCompressedData);
     avcodec_free_context(&mWriteMedia);
@@ -522,6 +537,33 @@ void ReleaseWriter(bool removeFile)
     mPadded.shrink_to_fit();
     mWritePath.clear();
     mWriteType.clear();
+}
+
+// The converter from frames whose pixels are `source` to the encoder's pixel format; kept while
+// the frames keep their order of bytes.
+bool MakeWriteScaler(AVPixelFormat source)
+{
+    if (mWriteScaler != nullptr && mWriteScalerSource == source)
+        return true;
+    sws_freeContext(mWriteScaler);
+    mWriteScaler = sws_getContext(
+        mEncodedWidth, mEncodedHeight, source, mEncodedWidth, mEncodedHeight, mWriteMedia->pix_fmt,
+        SWS_BICUBIC | SWS_ACCURATE_RND | SWS_FULL_CHR_H_INT | SWS_FULL_CHR_H_INP, nullptr, nullptr,
+        nullptr);
+    mWriteScalerSource = source;
+    if (mWriteScaler == nullptr) {
+        SetError(std::string("Cannot convert frames to ") +
+                 av_get_pix_fmt_name(mWriteMedia->pix_fmt));
+        return false;
+    }
+    const AVPixFmtDescriptor* descriptor = av_pix_fmt_desc_get(mWriteMedia->pix_fmt);
+    if (descriptor != nullptr && (descriptor->flags & AV_PIX_FMT_FLAG_RGB) == 0) {
+        int matrix = mWriteMedia->colorspace == AVCOL_SPC_BT709 ? SWS_CS_ITU709 : SWS_CS_ITU601;
+        int fullRange = mWriteMedia->color_range == AVCOL_RANGE_JPEG ? 1 : 0;
+        sws_setColorspaceDetails(mWriteScaler, sws_getCoefficients(SWS_CS_DEFAULT), 1,
+                                 sws_getCoefficients(matrix), fullRange, 0, 1 << 16, 1 << 16);
+    }
+    return true;
 }
 
 // Sets up the writer for one codec: kRefused when the container turned the codec down at its
@@ -646,44 +688,28 @@ OpenResult OpenWriterAs(const FFWriteRequest& request, const AVOutputFormat* con
         SetError("Not enough memory for a frame", result);
         return OpenResult::kFailed;
     }
-    mWriteScaler =
-        sws_getContext(mEncodedWidth, mEncodedHeight, AV_PIX_FMT_ARGB, mEncodedWidth,
-                       mEncodedHeight, mWriteMedia->pix_fmt,
-                       SWS_BICUBIC | SWS_ACCURATE_RND | SWS_FULL_CHR_H_INT | SWS_FULL_CHR_H_INP,
-                       nullptr, nullptr, nullptr);
-    if (mWriteScaler == nullptr) {
-        SetError(std::string("Cannot convert frames to ") +
-                 av_get_pix_fmt_name(mWriteMedia->pix_fmt));
+    if (!MakeWriteScaler(AV_PIX_FMT_BGRA))
         return OpenResult::kFailed;
-    }
-    const AVPixFmtDescriptor* descriptor = av_pix_fmt_desc_get(mWriteMedia->pix_fmt);
-    if (descriptor != nullptr && (descriptor->flags & AV_PIX_FMT_FLAG_RGB) == 0) {
-        int matrix = mWriteMedia->colorspace == AVCOL_SPC_BT709 ? SWS_CS_ITU709 : SWS_CS_ITU601;
-        int fullRange = mWriteMedia->color_range == AVCOL_RANGE_JPEG ? 1 : 0;
-        sws_setColorspaceDetails(mWriteScaler, sws_getCoefficients(SWS_CS_DEFAULT), 1,
-                                 sws_getCoefficients(matrix), fullRange, 0, 1 << 16, 1 << 16);
-    }
     if (mEncodedWidth != request.width || mEncodedHeight != request.height)
         mPadded.assign(static_cast<size_t>(4) * mEncodedWidth * mEncodedHeight, 0);
     mWriteNextPts = 0;
     return OpenResult::kOpened;
 }
 
-// The frame buffer at the encoded size: each row with its last pixel repeated, the last row
-// repeated below.
-const unsigned char* PadFrame(const unsigned char* frame)
+// The frame's rows at the encoded size, top-down: each row with its last pixel repeated, the
+// last row repeated below.
+FFFrameRows PadFrame(const FFFrameRows& frame)
 {
     size_t given = static_cast<size_t>(4) * mWriteWidth;
     size_t padded = static_cast<size_t>(4) * mEncodedWidth;
     for (int y = 0; y < mEncodedHeight; ++y) {
-        const unsigned char* from =
-            frame + given * static_cast<size_t>(std::min(y, mWriteHeight - 1));
+        const unsigned char* from = frame.top + frame.stride * std::min(y, mWriteHeight - 1);
         unsigned char* to = mPadded.data() + padded * static_cast<size_t>(y);
         std::memcpy(to, from, given);
         for (size_t x = given; x < padded; x += 4)
             std::memcpy(to + x, from + given - 4, 4);
     }
-    return mPadded.data();
+    return FFFrameRows{mPadded.data(), static_cast<ptrdiff_t>(padded), frame.order};
 }
 
 // The codes to try for the container, best first: the one asked for, then the fallbacks.
@@ -756,8 +782,15 @@ bool FFOpenMovieWriter(const FFWriteRequest& request)
 
 bool FFWriteMovieFrame(const unsigned char* frame, bool addSample)
 {
+    return FFWriteMovieRows(
+        FFFrameRows{frame, static_cast<ptrdiff_t>(4) * mWriteWidth, FFPixelOrder::kArgb},
+        addSample);
+}
+
+bool FFWriteMovieRows(const FFFrameRows& given, bool addSample)
+{
     if (mWriteMedia == nullptr || mWriteScaler == nullptr || !mWriteHeaderStored ||
-        frame == nullptr) {
+        given.top == nullptr) {
         SetError("No movie is open for writing");
         return false;
     }
@@ -766,10 +799,12 @@ bool FFWriteMovieFrame(const unsigned char* frame, bool addSample)
         SetError("Not enough memory for a frame", result);
         return false;
     }
-    if (!mPadded.empty())
-        frame = PadFrame(frame);
-    const uint8_t* planes[4] = {frame, nullptr, nullptr, nullptr};
-    const int strides[4] = {4 * mEncodedWidth, 0, 0, 0};
+    FFFrameRows frame = mPadded.empty() ? given : PadFrame(given);
+    if (!MakeWriteScaler(frame.order == FFPixelOrder::kBgra ? AV_PIX_FMT_BGRA : AV_PIX_FMT_ARGB))
+        return false;
+    // swscale walks the rows by the stride, so bottom-up storage goes in as it is.
+    const uint8_t* planes[4] = {frame.top, nullptr, nullptr, nullptr};
+    const int strides[4] = {static_cast<int>(frame.stride), 0, 0, 0};
     if (sws_scale(mWriteScaler, planes, strides, 0, mEncodedHeight, mWritePicture->data,
                   mWritePicture->linesize) != mEncodedHeight) {
         SetError("Cannot convert a frame");
@@ -848,6 +883,7 @@ AVFrame* mReadShown = nullptr;          // the frame showing at the last time as
 AVFrame* mReadAhead = nullptr;          // the next frame, decoded but not yet shown
 AVPacket* mReadPacket = nullptr;
 SwsContext* mReadScaler = nullptr;  // decoded pixel format to the frame buffer
+AVFrame* mReadConverted = nullptr;  // a decoded frame converted, in rows padded for swscale
 int mReadStream = -1;
 int mReadWidth = 0;
 int mReadHeight = 0;
@@ -955,13 +991,35 @@ bool ConvertShown(unsigned char* out)
         sws_setColorspaceDetails(mReadScaler, sws_getCoefficients(matrix), fullRange ? 1 : 0,
                                  sws_getCoefficients(SWS_CS_DEFAULT), 1, 0, 1 << 16, 1 << 16);
     }
-    uint8_t* planes[4] = {out, nullptr, nullptr, nullptr};
-    const int strides[4] = {4 * mReadWidth, 0, 0, 0};
+    // swscale's vector code may write past the end of a row whose width is not a whole number
+    // of its vectors, so it writes into a frame with padded rows, not into the caller's buffer.
+    if (mReadConverted == nullptr || mReadConverted->width != mReadWidth ||
+        mReadConverted->height != mReadHeight) {
+        av_frame_free(&mReadConverted);
+        mReadConverted = av_frame_alloc();
+        if (mReadConverted == nullptr) {
+            SetError("Not enough memory for a frame", AVERROR(ENOMEM));
+            return false;
+        }
+        mReadConverted->format = AV_PIX_FMT_ARGB;
+        mReadConverted->width = mReadWidth;
+        mReadConverted->height = mReadHeight;
+        int result = av_frame_get_buffer(mReadConverted, 0);
+        if (result < 0) {
+            av_frame_free(&mReadConverted);
+            SetError("Not enough memory for a frame", result);
+            return false;
+        }
+    }
     if (sws_scale(mReadScaler, mReadShown->data, mReadShown->linesize, 0, mReadShown->height,
-                  planes, strides) != mReadHeight) {
+                  mReadConverted->data, mReadConverted->linesize) != mReadHeight) {
         SetError("Cannot convert a frame");
         return false;
     }
+    size_t rowBytes = static_cast<size_t>(4) * mReadWidth;
+    for (int y = 0; y < mReadHeight; ++y)
+        std::memcpy(out + rowBytes * y, mReadConverted->data[0] + mReadConverted->linesize[0] * y,
+                    rowBytes);
     return true;
 }
 
@@ -1159,6 +1217,7 @@ void FFCloseMovieReader()
 {
     sws_freeContext(mReadScaler);
     mReadScaler = nullptr;
+    av_frame_free(&mReadConverted);
     av_frame_free(&mReadShown);
     av_frame_free(&mReadAhead);
     av_packet_free(&mReadPacket);

@@ -6,8 +6,10 @@
 // Frames cross this boundary as 32-bit frame buffers: alpha, red, green, blue in memory order,
 // rows top-down (picture rows, not storage rows), each row exactly 4 × width bytes.
 //
-// One movie is written and one read at a time, as the movie layer asks. Main thread only.
+// One movie is written and one read at a time, as the movie layer asks, each by one thread at a
+// time (the render driver writes from its encoding thread).
 
+#include <cstddef>
 #include <string>
 
 // ---- Codecs -----------------------------------------------------------------------------------
@@ -21,6 +23,11 @@ std::string FFEncoderName(const char* type);
 // The encoder setting that the spatial quality (0 least .. 1023 best) becomes, as text
 // ("crf 26", "qscale 8", "bits_per_mb 2400", "compression_level 9", "lossless").
 std::string FFEncoderQuality(const char* type, int spatialQuality);
+
+// The libx264 settings (x264-params text) every H.264 movie gets: one frame thread a processor
+// and no frames buffered between the look-ahead and the encoder, which save memory and leave
+// the movie's bytes as they were.
+std::string FFH264Params();
 
 // ---- Writing ----------------------------------------------------------------------------------
 
@@ -48,6 +55,22 @@ bool FFOpenMovieWriter(const FFWriteRequest& request);
 // frame (100 time units after the last). Without addSample nothing is added to the movie: the
 // frame only proves that it converts. False on failure.
 bool FFWriteMovieFrame(const unsigned char* frame, bool addSample);
+// The order of a frame's four bytes per pixel in memory.
+enum class FFPixelOrder {
+    kArgb,  // alpha, red, green, blue: the frame buffer above
+    kBgra,  // blue, green, red, alpha: a 32-bit CDIB's storage
+};
+// A frame of the movie's size as rows where they lie: `top` is the first byte of the picture's
+// top row, each row below starts `stride` bytes on (negative for storage kept bottom row first),
+// every row holds 4 × width bytes.
+struct FFFrameRows {
+    const unsigned char* top = nullptr;
+    ptrdiff_t stride = 0;
+    FFPixelOrder order = FFPixelOrder::kArgb;
+};
+// FFWriteMovieFrame for rows as they lie: the encoder's converter reads them in place, with no
+// copy turned top-down or reordered first. The same frame gives the same movie either way.
+bool FFWriteMovieRows(const FFFrameRows& frame, bool addSample);
 // Drains the encoder, stores the movie's header and closes the file; releases everything and
 // is safe when nothing is open. True when the movie was finished, or when none had been started
 // (nothing open, or an open that failed). Only then does the movie take its name; the temporary

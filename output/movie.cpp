@@ -54,6 +54,7 @@ std::vector<unsigned char> mWriteGWorld;
 int mWriteWidth = 0;
 int mWriteHeight = 0;
 bool mWriteOpen = false;
+bool mOpaqueFrames = false;  // SetMovieFramesOpaque
 
 std::vector<unsigned char> mReadGWorld;
 int mReadWidth = 0;
@@ -130,10 +131,7 @@ bool PathOf(FSpec* file, char* path)
     return true;
 }
 
-// Frame buffer row y (top-down) takes CDIB storage row height − 1 − y; each pixel becomes alpha,
-// red, green, blue, alpha being the CDIB pixel's fourth byte for 32-bit frames and 0 for 24-bit
-// frames, which are read three bytes per pixel.
-bool CopyFrameIn(const CDIB& frame)
+bool FrameFits(const CDIB& frame)
 {
     int depth = frame.GetBitCount();
     if (frame.GetWid() != mWriteWidth || frame.GetHgt() != mWriteHeight ||
@@ -145,7 +143,17 @@ bool CopyFrameIn(const CDIB& frame)
                             .c_str());
         return false;
     }
-    int pixelBytes = depth / 8;
+    return true;
+}
+
+// Frame buffer row y (top-down) takes CDIB storage row height − 1 − y; each pixel becomes alpha,
+// red, green, blue, alpha being the CDIB pixel's fourth byte for 32-bit frames and 0 for 24-bit
+// frames, which are read three bytes per pixel. Only 24-bit frames take this way: their alpha 0
+// is not in their storage.
+void CopyFrameIn(const CDIB& frame)
+{
+    int pixelBytes = frame.GetBitCount() / 8;
+    mWriteGWorld.resize(static_cast<size_t>(4) * mWriteWidth * mWriteHeight);
     for (int y = 0; y < mWriteHeight; ++y) {
         const unsigned char* in = frame.GetBitsAdd(mWriteHeight - 1 - y);
         unsigned char* out = mWriteGWorld.data() + static_cast<size_t>(y) * 4 * mWriteWidth;
@@ -156,7 +164,14 @@ bool CopyFrameIn(const CDIB& frame)
             out[3] = in[0];
         }
     }
-    return true;
+}
+
+// A 32-bit frame as it lies: storage row height − 1 is the picture's top row, and its bytes
+// blue, green, red, alpha are the frame buffer's alpha, red, green, blue read backwards.
+FFFrameRows RowsOf(const CDIB& frame)
+{
+    return FFFrameRows{frame.GetBitsAdd(frame.GetHgt() - 1), -frame.GetRowBytes(),
+                       FFPixelOrder::kBgra};
 }
 
 // The reverse: CDIB storage row height − 1 − y takes frame buffer row y, and each pixel's bytes
@@ -306,6 +321,8 @@ const char* MovieLastError() { return FFMovieError(); }
 
 // ---- Writing ----------------------------------------------------------------------------------
 
+void SetMovieFramesOpaque(bool opaque) { mOpaqueFrames = opaque; }
+
 bool QTMovieWriteOpen([[maybe_unused]] bool notFirstMovie, FSpec* file, CDIB* firstFrame,
                       float framesPerSecond, [[maybe_unused]] int quality,
                       [[maybe_unused]] long totalFrames)
@@ -335,12 +352,12 @@ try {
     request.timeScale = timeScale;
     CopyType(request.type, type);
     request.spatialQuality = mCurDlgCom.open ? mCurDlgCom.spatialQuality : kNormalQuality;
-    request.keepAlpha = firstFrame->GetBitCount() == 32;
+    request.keepAlpha = firstFrame->GetBitCount() == 32 && !mOpaqueFrames;
 
     mWriteOpen = true;
     mWriteWidth = request.width;
     mWriteHeight = request.height;
-    mWriteGWorld.assign(static_cast<size_t>(4) * request.width * request.height, 0);
+    mWriteGWorld.clear();
     if (!FFOpenMovieWriter(request))
         return false;
     return QTMovieWriteFrame(kPrimeFrameNumber, firstFrame);
@@ -354,9 +371,13 @@ try {
         FFSetMovieError("No movie is open for writing");
         return false;
     }
-    if (frame == nullptr || !CopyFrameIn(*frame))
+    if (frame == nullptr || !FrameFits(*frame))
         return false;
-    return FFWriteMovieFrame(mWriteGWorld.data(), frameNumber != kPrimeFrameNumber);
+    bool addSample = frameNumber != kPrimeFrameNumber;
+    if (frame->GetBitCount() == 32)
+        return FFWriteMovieRows(RowsOf(*frame), addSample);
+    CopyFrameIn(*frame);
+    return FFWriteMovieFrame(mWriteGWorld.data(), addSample);
 } catch (...) {
     return OutOfMemory();
 }

@@ -17,7 +17,8 @@
 //
 // Calling order for writing: QTSelectCodec (once, before the first movie or when the user asks),
 // then QTMovieWriteOpen, any number of QTMovieWriteFrame, then QTMovieWriteClose, also after a
-// failed open. Main thread only.
+// failed open. One thread at a time: the render driver writes its frames from a thread of its
+// own while the next one renders.
 
 #include <string>
 
@@ -46,13 +47,20 @@ bool QTSelectCodec(CPWnd* parent, float framesPerSecond, int quality, bool backE
 // adds no frame. The container follows the file's extension: .mov (and names FFmpeg does not
 // know) QuickTime, .mp4, .avi, .mkv and any other FFmpeg writes theirs; a codec the container
 // cannot hold gives way to one it can. A 32-bit first frame makes a movie that keeps alpha where
-// the codec can store it. `notFirstMovie` (a later movie of a batch), `quality` (the codec's
-// quality comes from QTSelectCodec here) and `totalFrames` are for other movie back ends.
+// the codec can store it (see SetMovieFramesOpaque). `notFirstMovie` (a later movie of a batch),
+// `quality` (the codec's quality comes from QTSelectCodec here) and `totalFrames` are for other
+// movie back ends.
 bool QTMovieWriteOpen(bool notFirstMovie, FSpec* file, CDIB* firstFrame, float framesPerSecond,
                       int quality, long totalFrames);
 // Compresses `frame` (24 or 32 bits, the movie's size) and appends it as the next frame. The
 // frame number kPrimeFrameNumber (-999) only primes: the frame is converted, nothing is added.
+// A 32-bit frame is read where it lies, with no copy of its own.
 bool QTMovieWriteFrame(long frameNumber, CDIB* frame);
+// Whether the movies opened from now on get only opaque frames (the render driver's frames are
+// made opaque): they are then written without alpha, in the codec's RGB form where it has one,
+// at three bytes a pixel instead of four. Off, a 32-bit first frame makes a movie that keeps
+// alpha.
+void SetMovieFramesOpaque(bool opaque);
 // Finishes and closes the movie. True when the movie was stored whole, or when none had been
 // started (nothing open, or an open that failed). The file of a failed open and a movie that
 // could not be finished are removed, so no half-written file looks complete.

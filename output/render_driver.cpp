@@ -15,6 +15,7 @@
 #include "doc/cdoc.h"
 #include "doc/globals.h"
 #include "doc/timecode.h"
+#include "output/frame_queue.h"
 #include "output/movie.h"
 #include "output/show_frame.h"
 #include "platform/dialog/message_box.h"
@@ -70,17 +71,18 @@ std::string Timecode(long frame)
     return text;
 }
 
-// Writes the frame `holds` times, showing the hold's progress. False when a write fails.
-bool WriteHold(CDIB* frame, long holds, RenderProgress& progress)
+// Queues the frame `holds` times, showing the hold's progress. False when a write has failed.
+bool WriteHold(MovieFrameQueue& queue, CDIB* frame, long holds, RenderProgress& progress)
 {
     for (long j = 0; j < holds; ++j) {
         progress.Progress(static_cast<double>(j) / static_cast<double>(holds), kHoldText);
-        if (!QTMovieWriteFrame(-1, frame))
+        if (!queue.Queue(frame, progress))
             return false;
-        progress.FrameWritten();
     }
     return true;
 }
+
+bool WriteToMovie(CDIB* frame) { return QTMovieWriteFrame(-1, frame); }
 
 // The movie of one show in batch mode: the output folder, the show's name without its
 // extension, "B", and ".mov".
@@ -177,29 +179,42 @@ bool MakeMovie(CDoc& doc, CDIB* frame, int fieldMode, long startFrame, long endF
     long count = std::labs(endFrame - startFrame);
     long step = endFrame < startFrame ? -1 : 1;
     CDIB incoming(1, 1, 32);
+    // Frame N + 1 renders here while frame N is compressed on the queue's thread.
+    MovieFrameQueue queue(frame, MovieFrameQueue::kBuffers, WriteToMovie);
     bool result = true;
     for (long i = 0; i < count; ++i) {
+        // A frame that could not be written ends the run before anything more is shown.
+        if (queue.Failed()) {
+            result = false;
+            break;
+        }
         progress.Progress(static_cast<double>(i) / static_cast<double>(count), kRenderingText);
         progress.ShowFrame(gCurFrame);
         if (progress.CancelRequested())
             break;
-        RenderShowFrame(doc, gCurFrame, fieldMode, frame, &incoming);
+        CDIB* rendered = queue.Next(progress);
+        RenderShowFrame(doc, gCurFrame, fieldMode, rendered, &incoming);
         // The frame is a picture shown whole: no pixel of it may be transparent in a movie that
         // stores alpha. The filters leave alpha 0 outside a 32-bit picture, and the nearest-pixel
         // rotating filter leaves a 24-bit picture's frame with the alpha it had.
-        frame->SetAlpha(255);
-        if (i == 0 && !WriteHold(frame, holdFrames, progress)) {
+        rendered->SetAlpha(255);
+        if (i == 0 && !WriteHold(queue, rendered, holdFrames, progress)) {
             result = false;
             break;
         }
-        if (!QTMovieWriteFrame(-1, frame)) {
+        if (!queue.Queue(rendered, progress)) {
             result = false;
             break;
         }
-        progress.FrameWritten();
         gCurFrame += step;
     }
-    if (result && !WriteHold(frame, holdFrames, progress))
+    // The run's frames are all in before the tail hold starts, so a late failure writes none of
+    // it, as a failure found at once would not.
+    if (!queue.Finish(progress))
+        result = false;
+    if (result && !WriteHold(queue, queue.Last(), holdFrames, progress))
+        result = false;
+    if (!queue.Finish(progress))
         result = false;
     doc.GotoFrame(gCurFrame, true);
     return result;
@@ -235,8 +250,13 @@ MovieJobResult MakeMovieFiles(CDoc& doc, const MovieJob& job, RenderProgress& pr
             movie = BatchMovieName(job.movie, job.shows[run]);
             end = ShowEnd(doc);
         }
-        if (!QTMovieWriteOpen(!first, &movie, &frame, options.framesPerSecond, options.quality,
-                              total)) {
+        // MakeMovie makes every pixel opaque: the movie needs no alpha, and PNG, Animation and
+        // uncompressed frames take three bytes a pixel instead of four.
+        SetMovieFramesOpaque(true);
+        bool opened = QTMovieWriteOpen(!first, &movie, &frame, options.framesPerSecond,
+                                       options.quality, total);
+        SetMovieFramesOpaque(false);
+        if (!opened) {
             QTMovieWriteClose();
             if (job.reportInBoxes)
                 ErrorBox("Error Opening Movie File", -9999);

@@ -7,6 +7,8 @@
 #include <QImageReader>
 #include <QSize>
 #include <QString>
+#include <algorithm>
+#include <cstdint>
 #include <cstring>
 #include <mutex>
 
@@ -30,6 +32,75 @@ bool TooLarge(const QSize& size, int maxSide)
     return size.width() > maxSide || size.height() > maxSide;
 }
 
+// Swaps picture lines y and height − 1 − y, `lineBytes` of each, for every y in the top half.
+void TurnLinesOver(unsigned char* first, long lineStep, int height, size_t lineBytes)
+{
+    for (int y = 0; y < height / 2; ++y) {
+        unsigned char* upper = first + static_cast<long>(y) * lineStep;
+        unsigned char* lower = first + static_cast<long>(height - 1 - y) * lineStep;
+        std::swap_ranges(upper, upper + lineBytes, lower);
+    }
+}
+
+// Decodes into the caller's rows when the reader announces a size and a 32-bit format with no
+// orientation to apply. True when it took the picture on (the result is in `result`); false
+// when the picture needs the ordinary way, before anything was read or allocated.
+bool DecodeIntoRows(QImageReader& reader, const QSize& announced, PictureRows* rows,
+                    ImportResult* result)
+{
+    QImage::Format format = reader.imageFormat();
+    if (!announced.isValid() || announced.isEmpty() ||
+        (format != QImage::Format_RGB32 && format != QImage::Format_ARGB32) ||
+        reader.transformation() != QImageIOHandler::TransformationNone)
+        return false;
+    const int width = announced.width();
+    const int height = announced.height();
+    long lineStep = 0;
+    unsigned char* top = rows->AllocateRows(width, height, &lineStep);
+    if (top == nullptr) {
+        *result = kImportNoMemory;
+        return true;
+    }
+    const size_t lineBytes = static_cast<size_t>(width) * 4;
+    const long span = lineStep < 0 ? -lineStep : lineStep;
+    if (span < static_cast<long>(lineBytes) || span % 4 != 0 || span > INT32_MAX) {
+        *result = kImportNoMemory;
+        return true;
+    }
+    // The image's first line is the lowest address: the top line for a positive step, the
+    // bottom line for storage kept bottom line first, which is then turned over afterwards.
+    unsigned char* lowest = lineStep < 0 ? top + static_cast<long>(height - 1) * lineStep : top;
+    QImage image(lowest, width, height, static_cast<qsizetype>(span), format);
+    if (!reader.read(&image) || image.isNull()) {
+        *result = kImportUnreadable;
+        return true;
+    }
+    if (image.size() != announced) {
+        *result = kImportUnreadable;
+        return true;
+    }
+    if (image.constBits() != lowest || image.format() != format) {
+        // The reader made an image of its own after all: copy it over as the ordinary way does.
+        if (image.format() != QImage::Format_RGB32 && image.format() != QImage::Format_ARGB32) {
+            QImage::Format wanted =
+                image.hasAlphaChannel() ? QImage::Format_ARGB32 : QImage::Format_RGB32;
+            image.convertTo(wanted);
+            if (image.isNull() || image.format() != wanted) {
+                *result = kImportNoMemory;
+                return true;
+            }
+        }
+        for (int y = 0; y < height; ++y)
+            std::memcpy(top + static_cast<long>(y) * lineStep, image.constScanLine(y), lineBytes);
+        *result = kImportDone;
+        return true;
+    }
+    if (lineStep < 0)
+        TurnLinesOver(top, lineStep, height, lineBytes);
+    *result = kImportDone;
+    return true;
+}
+
 }  // namespace
 
 ImportResult DecodePicture(QIODevice* device, int maxSide, PictureRows* rows)
@@ -47,6 +118,13 @@ ImportResult DecodePicture(QIODevice* device, int maxSide, PictureRows* rows)
     QSize announced = reader.size();
     if (announced.isValid() && TooLarge(announced, maxSide))
         return kImportTooLarge;
+
+    // A picture that the reader decodes as 32-bit pixels in their final orientation goes
+    // straight into the caller's rows: the reader fills an image that lies over them, so a large
+    // picture is held once instead of twice.
+    ImportResult direct = kImportUnreadable;
+    if (DecodeIntoRows(reader, announced, rows, &direct))
+        return direct;
 
     QImage image;
     if (!reader.read(&image) || image.isNull())

@@ -96,6 +96,61 @@ TEST_F(PictureCache, ContrastFromTheShowWordAndVideoColoursApply)
     EXPECT_EQ(pixel[0], expected(128));
 }
 
+// A decoded picture with every byte different, as the loaders leave it.
+void PaintGradient(CDIB& image)
+{
+    for (int y = 0; y < image.GetHgt(); ++y) {
+        unsigned char* row = image.GetBitsAdd(y);
+        for (long x = 0; x < image.GetRowBytes(); ++x)
+            row[x] = static_cast<unsigned char>(7 * y + 3 * x + 1);
+    }
+}
+
+TEST_F(PictureCache, DecodedPictureWithoutBorderMovesIntoThePreparedImageUnchanged)
+{
+    PicturePreparation preparation;
+    preparation.depth = 32;
+    preparation.showWord = 50 | (60 << 8);
+    for (int bits : {24, 32}) {
+        CDIB loaded(7, 5, bits);
+        PaintGradient(loaded);
+        CDIB expected(1, 1, 24);
+        ASSERT_TRUE(PreparePicture(expected, loaded, preparation));
+        const unsigned char* decodedPixels = loaded.GetBitsAdd(0);
+        CDIB target(3, 3, 24);
+        target.useRotFilter = true;
+        ASSERT_TRUE(PrepareLoadedPicture(target, loaded, preparation));
+        // The decoded pixels themselves, adjusted in place: no second copy of the picture.
+        EXPECT_EQ(target.GetBitsAdd(0), decodedPixels) << bits;
+        EXPECT_EQ(target.GetBitCount(), bits);
+        EXPECT_EQ(Pixels(target), Pixels(expected)) << bits;
+        EXPECT_EQ(target.nominalWidth, expected.nominalWidth);
+        EXPECT_EQ(target.nominalHeight, expected.nominalHeight);
+        EXPECT_TRUE(target.useRotFilter);
+    }
+}
+
+TEST_F(PictureCache, DecodedPictureWithABorderOrAnotherDepthIsCopiedAsBefore)
+{
+    PicturePreparation bordered;
+    bordered.border = 40;  // 20 % of the width each side
+    PicturePreparation ignoringAlpha;
+    ignoringAlpha.depth = 24;
+    for (const PicturePreparation& preparation : {bordered, ignoringAlpha}) {
+        CDIB loaded(10, 6, 32);
+        PaintGradient(loaded);
+        std::vector<unsigned char> decoded = Pixels(loaded);
+        CDIB expected(1, 1, 24);
+        ASSERT_TRUE(PreparePicture(expected, loaded, preparation));
+        CDIB target(1, 1, 24);
+        ASSERT_TRUE(PrepareLoadedPicture(target, loaded, preparation));
+        EXPECT_EQ(target.GetWid(), expected.GetWid());
+        EXPECT_EQ(target.GetBitCount(), expected.GetBitCount());
+        EXPECT_EQ(Pixels(target), Pixels(expected));
+        EXPECT_EQ(Pixels(loaded), decoded);
+    }
+}
+
 TEST_F(PictureCache, NeutralShowWordLeavesThePictureAlone)
 {
     FSpec spec = Picture("a.bmp", 8, 8, {7, 8, 9});

@@ -430,6 +430,34 @@ TEST_P(MovieLossless, MovieStartedWithATwentyFourBitFrameIsOpaque)
     }
 }
 
+TEST_P(MovieLossless, OpaqueFramesAreWrittenWithoutAlphaAndReadBackTheSame)
+{
+    const char* codec = GetParam();
+    REQUIRE_CODEC(codec);
+    ASSERT_TRUE(Choose(codec));
+    CDIB frame(9, 7, 32);
+    Paint(frame, [](int x, int y) {
+        Bgra pixel = Pattern(x, y);
+        pixel.alpha = 255;
+        return pixel;
+    });
+    SetMovieFramesOpaque(true);
+    bool opened = Open("rgb.mov", &frame);
+    SetMovieFramesOpaque(false);
+    ASSERT_TRUE(opened);
+    ASSERT_TRUE(QTMovieWriteFrame(0, &frame));
+    ASSERT_TRUE(QTMovieWriteClose());
+    // Three bytes a pixel in the file.
+    EXPECT_FALSE(Probe("rgb.mov").alpha);
+    CDIB back(1, 1, 32);
+    ASSERT_TRUE(OpenToRead("rgb.mov", &back));
+    ASSERT_TRUE(QTMovieReadFrame(0, &back));
+    for (int y = 0; y < 7; ++y) {
+        for (int x = 0; x < 9; ++x)
+            ASSERT_EQ(PixelAt(back, x, y), PixelAt(frame, x, y)) << x << "," << y;
+    }
+}
+
 TEST_P(MovieLossless, ReadingAFrameAndWritingItBackGivesTheSamePicture)
 {
     const char* codec = GetParam();

@@ -13,11 +13,13 @@
 #include "doc/doc_fixture.h"
 #include "doc/globals.h"
 #include "output/ffmpeg_movie.h"
+#include "output/frame_queue.h"
 #include "output/movie.h"
 #include "output/render_driver.h"
 #include "platform/dialog/message_box.h"
 #include "platform/ini/settings.h"
 #include "support/bmp_files.h"
+#include "support/file_size_limit.h"
 #include "support/movie_frames.h"
 #include "support/temp_dir.h"
 
@@ -273,6 +275,54 @@ TEST_F(RenderDriver, EscEndsTheRunAfterTheCurrentFrameWritesTheTailHoldAndSuccee
     std::vector<ShownMessageBox> boxes = TakeShownMessageBoxes();
     ASSERT_EQ(boxes.size(), 1u);
     EXPECT_EQ(boxes[0].text, "Movie file(s) successfully made");
+}
+
+TEST_F(RenderDriver, WriteFailingInTheMiddleEndsTheRunAndLeavesNoMovie)
+{
+    OnePicture(Rgb{10, 20, 30}, 60);
+    MovieJob job = Job("full.mov", 0, 60);
+    // Uncompressed 128 x 96 frames of 36 KB: the "disk" fills a few frames into the run.
+    job.options.width = 128;
+    job.options.height = 96;
+    job.options.holds = 2;
+    UseCodec("raw ");
+    MovieJobResult result = MovieJobResult::kMade;
+    {
+        pxtest::FileSizeLimit limit(100 * 1024);
+        result = MakeMovieFiles(*doc, job, progress);
+    }
+    EXPECT_EQ(result, MovieJobResult::kWriteFailed);
+    EXPECT_NE(std::string(MovieLastError()), "");
+    EXPECT_FALSE(pxtest::FileExists(dir.File("full.mov")));
+    EXPECT_TRUE(TakeShownMessageBoxes().empty());
+    // The head hold went in; the run stopped long before its end, having rendered no more
+    // frames past the failed one than the queue holds; no tail hold followed.
+    long runWritten = progress.written - 2;
+    ASSERT_GE(runWritten, 0);
+    EXPECT_LT(progress.frames.size(), 30u);
+    EXPECT_LE(static_cast<long>(progress.frames.size()),
+              runWritten + 1 + MovieFrameQueue::kBuffers +
+                  static_cast<long>(MovieFrameQueue::kWaitingWrites));
+    size_t holdTexts =
+        static_cast<size_t>(std::count(progress.texts.begin(), progress.texts.end(),
+                                       std::string("Rendering Hold... (Hit any key to cancel)")));
+    EXPECT_EQ(holdTexts, 2u);
+}
+
+TEST_F(RenderDriver, JobWritesItsOpaqueFramesWithoutAlpha)
+{
+    OnePicture(Rgb{10, 20, 30}, 20);
+    MovieJob job = Job("rgb.mov", 0, 3);
+    EXPECT_EQ(MakeMovieFiles(*doc, job, progress), MovieJobResult::kMade);
+    FFMovieFacts facts;
+    ASSERT_TRUE(FFProbeMovieFile(dir.File("rgb.mov").c_str(), &facts));
+    EXPECT_EQ(facts.codec, "png");
+    EXPECT_FALSE(facts.alpha);
+    EXPECT_EQ(facts.packets, 3);
+    Rgb colour = MovieColour("rgb.mov", 1);
+    EXPECT_EQ(colour.red, 10);
+    EXPECT_EQ(colour.green, 20);
+    EXPECT_EQ(colour.blue, 30);
 }
 
 TEST_F(RenderDriver, ReverseRunAppendsTheSameFramesBackwards)

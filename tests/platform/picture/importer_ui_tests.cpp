@@ -6,6 +6,7 @@
 #include <QByteArray>
 #include <QColor>
 #include <QImage>
+#include <QImageReader>
 #include <QImageWriter>
 #include <cstdlib>
 #include <string>
@@ -113,6 +114,43 @@ TEST(ImportPicture, NegativeStepFillsBottomUpStorage)
             EXPECT_EQ(rows.At(x, y), Expected(x, y, false));
     // Storage line 0 is the bottom picture line.
     EXPECT_EQ(Bytes(rows.pixels.begin(), rows.pixels.begin() + 4), Expected(0, 1, false));
+}
+
+// A picture that no reader may allocate an image for: it can only arrive by being decoded
+// straight into the caller's rows, with no second copy of it on the way.
+TEST(ImportPicture, PngAndJpegAreDecodedStraightIntoTheRows)
+{
+    pxtest::TempDir dir;
+    QImage large(1200, 700, QImage::Format_RGB32);
+    for (int y = 0; y < large.height(); ++y)
+        for (int x = 0; x < large.width(); ++x)
+            large.setPixel(x, y, qRgb(x % 256, y % 256, (x + y) % 256));
+    std::string png = Save(dir, large, "large.png", "PNG");
+    std::string jpeg = Save(dir, large, "large.jpg", "JPEG");
+    TestRows warmUp;
+    ASSERT_EQ(ImportPictureFile(png.c_str(), 8192, &warmUp), kImportDone);
+    const int limit = QImageReader::allocationLimit();
+    QImageReader::setAllocationLimit(2);  // megabytes; the picture is 3.4 MB at 4 bytes a pixel
+    for (bool bottomUp : {false, true}) {
+        TestRows rows(bottomUp);
+        EXPECT_EQ(ImportPictureFile(png.c_str(), 8192, &rows), kImportDone) << bottomUp;
+        int wrong = 0;
+        for (int y = 0; y < 700; ++y) {
+            for (int x = 0; x < 1200; ++x) {
+                Bytes expected{static_cast<unsigned char>((x + y) % 256),
+                               static_cast<unsigned char>(y % 256),
+                               static_cast<unsigned char>(x % 256), 255};
+                wrong += rows.At(x, y) != expected ? 1 : 0;
+            }
+        }
+        EXPECT_EQ(wrong, 0) << bottomUp;
+        EXPECT_EQ(rows.pixels[4800], 0xCD) << "line slack untouched";
+        TestRows fromJpeg(bottomUp);
+        EXPECT_EQ(ImportPictureFile(jpeg.c_str(), 8192, &fromJpeg), kImportDone) << bottomUp;
+        EXPECT_NEAR(fromJpeg.At(600, 650)[2], 600 % 256, 12);
+        EXPECT_NEAR(fromJpeg.At(600, 650)[1], 650 % 256, 12);
+    }
+    QImageReader::setAllocationLimit(limit);
 }
 
 TEST(ImportPicture, IndexedPicturesAreConvertedAndOpaque)
