@@ -19,6 +19,10 @@ extern CView* pViewer;  // the viewer: what the camera sees at the current frame
 // The main window's CPWnd while it exists, else null.
 extern CPWnd* gMainWindowPtr;
 
+// Every window that exists paints anew, after the show was replaced or rendered from: the
+// timeline first takes the show's new length.
+void RedrawEditorWindows();
+
 // A drag or edit on the stage has ended (the stage tells the timeline, the viewer tells both),
 // so the timeline redraws its markers and every drag is cancelled.
 constexpr unsigned int kMsgEditEnded = 1234532;

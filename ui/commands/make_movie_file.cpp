@@ -169,21 +169,6 @@ private:
     long frame_;
 };
 
-// The windows show the document as the render left it.
-void RefreshWindows()
-{
-    if (pTime)
-        pTime->SetMaxTime(pDoc->showLength);
-    if (pMain)
-        pMain->Redraw();
-    if (pStage)
-        pStage->Redraw();
-    if (pTime)
-        pTime->Redraw();
-    if (pViewer)
-        pViewer->Redraw();
-}
-
 }  // namespace
 
 MovieDialogLists MakeMovieDialog(const CDoc& doc)
@@ -271,6 +256,6 @@ int MakeMovieFile(bool batch)
         kept->Restore();
     if (result == MovieJobResult::kMade || result == MovieJobResult::kWriteFailed)
         RememberFolderOf(batch ? job.shows.front() : job.movie);
-    RefreshWindows();
+    RedrawEditorWindows();  // as the render left the document
     return result == MovieJobResult::kMade ? 1 : 0;
 }

@@ -345,19 +345,11 @@ bool OpenDocumentFile(FSpec* file, bool flag)
         return false;
     }
     pDoc->showFile.Set(*file);
-    if (pTime)
-        pTime->SetMaxTime(pDoc->showLength);
     if (pMain) {
         pMain->SetShowTitle(pDoc->showFile.path);
         pMain->SetEditMenuOptions();
-        pMain->Redraw();
     }
-    if (pStage)
-        pStage->Redraw();
-    if (pTime)
-        pTime->Redraw();
-    if (pViewer)
-        pViewer->Redraw();
+    RedrawEditorWindows();
     return true;
 }
 
