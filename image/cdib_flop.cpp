@@ -4,7 +4,13 @@
 #include "image/cdib.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <cstring>
 #include <utility>
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
 
 bool CDIB::Flop()
 {
@@ -56,13 +62,35 @@ bool CDIB::SetAlpha(int alpha)
 {
     if (!HasPixels() || GetBitCount() != 32)
         return false;
-    auto value = static_cast<unsigned char>(alpha & 0xFF);
+    // Whole pixels as 32-bit words, masked and merged, four at a time where the processor has SSE2:
+    // the byte-by-byte store of every fourth byte was a tenth of a movie render. The mask and the
+    // new alpha are laid out as bytes, so the word order of the machine does not matter.
+    const unsigned char keepBytes[4] = {0xFF, 0xFF, 0xFF, 0x00};
+    const unsigned char alphaBytes[4] = {0, 0, 0, static_cast<unsigned char>(alpha & 0xFF)};
+    uint32_t keep = 0;
+    uint32_t value = 0;
+    std::memcpy(&keep, keepBytes, sizeof keep);
+    std::memcpy(&value, alphaBytes, sizeof value);
     int height = GetHgt();
     long width = GetWid();
     for (int row = 0; row < height; ++row) {
-        unsigned char* pixel = GetBitsAdd(row);
-        for (long x = 0; x < width; ++x, pixel += 4)
-            pixel[3] = value;
+        unsigned char* pixels = GetBitsAdd(row);
+        long x = 0;
+#if defined(__SSE2__)
+        const __m128i keepFour = _mm_set1_epi32(static_cast<int>(keep));
+        const __m128i valueFour = _mm_set1_epi32(static_cast<int>(value));
+        for (; x + 4 <= width; x += 4) {
+            auto* four = reinterpret_cast<__m128i*>(pixels + 4 * x);
+            __m128i words = _mm_loadu_si128(four);
+            _mm_storeu_si128(four, _mm_or_si128(_mm_and_si128(words, keepFour), valueFour));
+        }
+#endif
+        for (; x < width; ++x) {
+            uint32_t word = 0;
+            std::memcpy(&word, pixels + 4 * x, sizeof word);
+            word = (word & keep) | value;
+            std::memcpy(pixels + 4 * x, &word, sizeof word);
+        }
     }
     return true;
 }

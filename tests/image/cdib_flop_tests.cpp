@@ -119,6 +119,24 @@ TEST(SetAlpha, SetsTheFourthByteOfEveryPixelToTheLowByte)
         }
 }
 
+TEST(SetAlpha, EveryWidthKeepsTheColoursOfWholeGroupsAndOfTheLastPixels)
+{
+    // Pixels go four at a time and the rest one by one: widths 1 to 13 cover both and the seam.
+    for (long width = 1; width <= 13; ++width) {
+        CDIB image(width, 3, 32);
+        FillPattern(image);
+        ASSERT_TRUE(image.SetAlpha(-1)) << width;
+        for (int row = 0; row < 3; ++row)
+            for (long x = 0; x < width; ++x) {
+                std::vector<unsigned char> pixel = Pixel(image, x, row);
+                EXPECT_EQ(pixel[3], 0xFF) << width << " " << x << " " << row;
+                for (int byte = 0; byte < 3; ++byte)
+                    EXPECT_EQ(pixel[byte], pxtest::PatternByte(x, row, byte))
+                        << width << " " << x << " " << row << " " << byte;
+            }
+    }
+}
+
 TEST(SetAlpha, TwentyFourBitImageAnswersFalseAndChangesNothing)
 {
     CDIB image(3, 2, 24);
