@@ -22,6 +22,8 @@ MovieFrameQueue::MovieFrameQueue(CDIB* frame, int buffers, Writer write)
     }
     if (buffers_.size() < 2)
         return;
+    // A writer that has not started yet has nothing to write either.
+    starved_ = true;
     try {
         writer_ = std::thread([this] { WriteQueued(); });
     } catch (const std::system_error&) {
@@ -45,6 +47,8 @@ void MovieFrameQueue::WriteQueued()
 {
     std::unique_lock<std::mutex> lock(mutex_);
     for (;;) {
+        if (waiting_.empty())
+            starved_ = true;
         changed_.wait(lock, [this] { return stopping_ || !waiting_.empty(); });
         if (waiting_.empty())
             return;
@@ -133,6 +137,14 @@ bool MovieFrameQueue::Failed()
 {
     std::lock_guard<std::mutex> lock(mutex_);
     return failed_;
+}
+
+bool MovieFrameQueue::WriterWaitedForFrames()
+{
+    if (!writer_.joinable())
+        return false;
+    std::lock_guard<std::mutex> lock(mutex_);
+    return std::exchange(starved_, false);
 }
 
 bool MovieFrameQueue::Finish(RenderProgress& progress)

@@ -48,6 +48,10 @@ public:
     CDIB* Last() const { return last_; }
     // True once a write has failed (as far as the writing thread has got).
     bool Failed();
+    // True when the writing thread has waited for a frame to write since the last call (or since
+    // it started): rendering is the slower side, and the writer's processor has time to spare
+    // for the next frame's render. False without a writing thread.
+    bool WriterWaitedForFrames();
     // Waits until every queued write is done, telling `progress` of each. Then the caller's frame
     // holds the last frame queued. True when every write went in.
     bool Finish(RenderProgress& progress);
@@ -75,6 +79,7 @@ private:
     long written_ = 0;            // frames written by the writing thread
     long reported_ = 0;           // of them, told to the progress
     bool failed_ = false;
+    bool starved_ = false;  // the writing thread waited for a frame since the last question
     bool stopping_ = false;
     std::thread writer_;  // not joinable: frames are written in Queue, on the calling thread
 };

@@ -21,6 +21,7 @@
 #include "platform/dialog/message_box.h"
 #include "platform/file/paths.h"
 #include "platform/ini/settings.h"
+#include "platform/task/worker.h"
 
 namespace {
 
@@ -81,6 +82,18 @@ bool WriteHold(MovieFrameQueue& queue, CDIB* frame, long holds, RenderProgress& 
     }
     return true;
 }
+
+// Sets gMultiProcess for one frame and gives the user's choice back afterwards.
+class SplitFrames {
+public:
+    explicit SplitFrames(bool split) : saved_(gMultiProcess) { gMultiProcess = split; }
+    ~SplitFrames() { gMultiProcess = saved_; }
+    SplitFrames(const SplitFrames&) = delete;
+    SplitFrames& operator=(const SplitFrames&) = delete;
+
+private:
+    bool saved_;
+};
 
 bool WriteToMovie(CDIB* frame) { return QTMovieWriteFrame(-1, frame); }
 
@@ -188,11 +201,16 @@ bool MakeMovie(CDoc& doc, CDIB* frame, int fieldMode, long startFrame, long endF
             result = false;
             break;
         }
+        CDIB* rendered = queue.Next(progress);
+        // When the writing thread has had to wait for frames its processor has time to spare,
+        // so the frame is split between this thread and the worker, whatever "MultiProcess"
+        // says: the bytes are the same either way. While the writer is the slower side the
+        // render stays on this thread alone, out of the encoder's way.
+        SplitFrames split(gMultiProcess || queue.WriterWaitedForFrames());
         progress.Progress(static_cast<double>(i) / static_cast<double>(count), kRenderingText);
         progress.ShowFrame(gCurFrame);
         if (progress.CancelRequested())
             break;
-        CDIB* rendered = queue.Next(progress);
         RenderShowFrame(doc, gCurFrame, fieldMode, rendered, &incoming);
         // The frame is a picture shown whole: no pixel of it may be transparent in a movie that
         // stores alpha. The filters leave alpha 0 outside a 32-bit picture, and the nearest-pixel

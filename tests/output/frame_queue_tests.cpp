@@ -179,6 +179,48 @@ TEST(MovieFrameQueue, OneBufferRendersAndWritesInTurnOnTheCallingThread)
     EXPECT_EQ(movie.Marks(), (std::vector<unsigned char>{1, 2, 3}));
 }
 
+TEST(MovieFrameQueue, WriterThatWaitedForFramesIsToldOnceAndABusyOneIsNot)
+{
+    CDIB frame(8, 4, 32);
+    CountingProgress progress;
+    std::mutex gate;
+    std::unique_lock<std::mutex> held(gate);
+    std::atomic<bool> inside{false};
+    // A write that takes as long as the test holds the gate.
+    MovieFrameQueue queue(&frame, MovieFrameQueue::kBuffers, [&](CDIB*) {
+        inside = true;
+        std::lock_guard<std::mutex> pass(gate);
+        return true;
+    });
+    // Before the first frame the writer has nothing to do.
+    EXPECT_TRUE(queue.WriterWaitedForFrames());
+    CDIB* first = queue.Next(progress);
+    ASSERT_TRUE(queue.Queue(first, progress));
+    while (!inside)
+        std::this_thread::yield();
+    queue.WriterWaitedForFrames();  // the writer may have waited once before the frame came
+    // Inside a write that does not end, it cannot wait for frames.
+    EXPECT_FALSE(queue.WriterWaitedForFrames());
+    held.unlock();
+    EXPECT_TRUE(queue.Finish(progress));
+    // With the write done it waits for the next frame, and that is told.
+    bool waited = false;
+    for (int i = 0; i < 10000 && !waited; ++i) {
+        waited = queue.WriterWaitedForFrames();
+        if (!waited)
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    EXPECT_TRUE(waited);
+}
+
+TEST(MovieFrameQueue, WithoutAWritingThreadNoWriterWaits)
+{
+    CDIB frame(8, 4, 32);
+    FakeMovie movie;
+    MovieFrameQueue queue(&frame, 1, movie.Writer());
+    EXPECT_FALSE(queue.WriterWaitedForFrames());
+}
+
 TEST(MovieFrameQueue, FinishWithNothingQueuedLeavesTheFrameAlone)
 {
     CDIB frame(8, 4, 32);

@@ -18,6 +18,7 @@
 #include "output/render_driver.h"
 #include "platform/dialog/message_box.h"
 #include "platform/ini/settings.h"
+#include "platform/task/worker.h"
 #include "support/bmp_files.h"
 #include "support/file_size_limit.h"
 #include "support/movie_frames.h"
@@ -36,7 +37,11 @@ public:
         fractions.push_back(fraction);
         texts.emplace_back(text);
     }
-    void ShowFrame(long frame) override { frames.push_back(frame); }
+    void ShowFrame(long frame) override
+    {
+        frames.push_back(frame);
+        split.push_back(gMultiProcess);
+    }
     void FrameWritten() override { ++written; }
     bool CancelRequested() override
     {
@@ -46,6 +51,7 @@ public:
     std::vector<double> fractions;
     std::vector<std::string> texts;
     std::vector<long> frames;
+    std::vector<bool> split;  // whether the frame was to be split over both processors
     long written = 0;
     long cancelAt = -1;
 };
@@ -275,6 +281,42 @@ TEST_F(RenderDriver, EscEndsTheRunAfterTheCurrentFrameWritesTheTailHoldAndSuccee
     std::vector<ShownMessageBox> boxes = TakeShownMessageBoxes();
     ASSERT_EQ(boxes.size(), 1u);
     EXPECT_EQ(boxes[0].text, "Movie file(s) successfully made");
+}
+
+TEST_F(RenderDriver, FirstFrameIsSplitWhileTheWriterWaitsAndTheUsersChoiceIsKept)
+{
+    OnePicture(Rgb{10, 20, 30}, 30);
+    ASSERT_TRUE(InitMPWithProcessors(2));
+    gMultiProcess = false;
+    CDIB frame(kWidth, kHeight, 32);
+    ASSERT_TRUE(OpenMovie("split.mov", &frame));
+    EXPECT_TRUE(MakeMovie(*doc, &frame, 0, 0, 6, 0, 100, progress));
+    QTMovieWriteClose();
+    CloseMP();
+    // Nothing is being written before the first frame: the writer's processor is free.
+    ASSERT_EQ(progress.split.size(), 6u);
+    EXPECT_TRUE(progress.split[0]);
+    EXPECT_FALSE(gMultiProcess);
+    EXPECT_EQ(MovieFrames("split.mov"), 6);
+    Rgb colour = MovieColour("split.mov", 5);
+    EXPECT_EQ(colour.red, 10);
+    EXPECT_EQ(colour.green, 20);
+    EXPECT_EQ(colour.blue, 30);
+}
+
+TEST_F(RenderDriver, MultipleProcessorsOnSplitsEveryFrame)
+{
+    OnePicture(Rgb{10, 20, 30}, 30);
+    ASSERT_TRUE(InitMPWithProcessors(2));
+    gMultiProcess = true;
+    CDIB frame(kWidth, kHeight, 32);
+    ASSERT_TRUE(OpenMovie("split.mov", &frame));
+    EXPECT_TRUE(MakeMovie(*doc, &frame, 0, 0, 6, 0, 100, progress));
+    QTMovieWriteClose();
+    CloseMP();
+    EXPECT_EQ(progress.split, std::vector<bool>(6, true));
+    EXPECT_TRUE(gMultiProcess);
+    gMultiProcess = false;
 }
 
 TEST_F(RenderDriver, WriteFailingInTheMiddleEndsTheRunAndLeavesNoMovie)
