@@ -7,6 +7,7 @@
 //   [SECTION] Inspection
 
 #include "output/ffmpeg_movie.h"
+#include "output/rgb_rows.h"
 
 extern "C" {
 #include <libavcodec/avcodec.h>
@@ -802,13 +803,20 @@ bool FFWriteMovieRows(const FFFrameRows& given, bool addSample)
     FFFrameRows frame = mPadded.empty() ? given : PadFrame(given);
     if (!MakeWriteScaler(frame.order == FFPixelOrder::kBgra ? AV_PIX_FMT_BGRA : AV_PIX_FMT_ARGB))
         return false;
-    // swscale walks the rows by the stride, so bottom-up storage goes in as it is.
-    const uint8_t* planes[4] = {frame.top, nullptr, nullptr, nullptr};
-    const int strides[4] = {static_cast<int>(frame.stride), 0, 0, 0};
-    if (sws_scale(mWriteScaler, planes, strides, 0, mEncodedHeight, mWritePicture->data,
-                  mWritePicture->linesize) != mEncodedHeight) {
-        SetError("Cannot convert a frame");
-        return false;
+    if (frame.order == FFPixelOrder::kBgra && mWriteMedia->pix_fmt == AV_PIX_FMT_RGB24) {
+        // Opaque frames of uncompressed, PNG and animation movies: only the bytes move, and
+        // swscale does that one pixel at a time.
+        BgraRowsToRgb(frame.top, frame.stride, mEncodedWidth, mEncodedHeight,
+                      mWritePicture->data[0], mWritePicture->linesize[0]);
+    } else {
+        // swscale walks the rows by the stride, so bottom-up storage goes in as it is.
+        const uint8_t* planes[4] = {frame.top, nullptr, nullptr, nullptr};
+        const int strides[4] = {static_cast<int>(frame.stride), 0, 0, 0};
+        if (sws_scale(mWriteScaler, planes, strides, 0, mEncodedHeight, mWritePicture->data,
+                      mWritePicture->linesize) != mEncodedHeight) {
+            SetError("Cannot convert a frame");
+            return false;
+        }
     }
     // The encoder has no way to take a frame and drop what it makes of it without breaking the
     // frames that follow, so a priming frame stops here: it has been converted, not encoded.
