@@ -70,11 +70,15 @@ bool PreparePicture(CDIB& target, const CDIB& picture, const PicturePreparation&
 bool PrepareLoadedPicture(CDIB& target, CDIB& loaded, const PicturePreparation& preparation)
 {
     int depth = PictureDepth(loaded.GetBitCount(), preparation.depth);
-    if (BorderPixels(preparation.border, loaded.GetWid()) != 0 || depth != loaded.GetBitCount() ||
-        loaded.GetBitsAdd(0) == nullptr)
+    if (BorderPixels(preparation.border, loaded.GetWid()) != 0 || loaded.GetBitsAdd(0) == nullptr)
         return PreparePicture(target, loaded, preparation);
-    // Without a border or a change of depth the decoded pixels are the prepared ones: they move
-    // into the target instead of being copied, and a large picture is in memory once, not twice.
+    // Pictures are decoded at 32 bits; a show held at 24 drops their alpha where they lie.
+    if (depth == 24 && loaded.GetBitCount() == 32)
+        loaded.DropAlpha();
+    if (depth != loaded.GetBitCount())
+        return PreparePicture(target, loaded, preparation);
+    // Without a border the decoded pixels are the prepared ones: they move into the target
+    // instead of being copied, and a large picture is in memory once, not twice.
     bool rotating = target.useRotFilter;
     target.Swap(loaded);
     target.useRotFilter = rotating;

@@ -104,6 +104,9 @@ public:
     bool FlopFields();         // swaps the two fields of an interlaced frame
     bool FlopRGB2BGR();        // swaps the first and third byte of every pixel
     bool SetAlpha(int alpha);  // 32-bit only
+    // A 32-bit image becomes a 24-bit one in place, its alpha dropped: the rows are packed in
+    // the same block and the rest of the block is given back. False and unchanged otherwise.
+    bool DropAlpha();
 
     // The readers, each answering 0 or a result code (1 compressed, 2 too large, 3 unreadable,
     // 5 fewer than 256 colours, 6 no memory).

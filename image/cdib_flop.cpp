@@ -1,12 +1,15 @@
 // CDIB: changes made in place: storage rows swapped (Flop, FlopFields), bytes swapped inside
-// pixels (FlopRGB2BGR) and the alpha byte set (SetAlpha).
+// pixels (FlopRGB2BGR), the alpha byte set (SetAlpha) or dropped (DropAlpha).
 
 #include "image/cdib.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <utility>
+
+#include "platform/base/memory.h"
 
 #if defined(__SSE2__)
 #include <emmintrin.h>
@@ -92,5 +95,37 @@ bool CDIB::SetAlpha(int alpha)
             std::memcpy(pixels + 4 * x, &word, sizeof word);
         }
     }
+    return true;
+}
+
+bool CDIB::DropAlpha()
+{
+    if (!HasPixels() || GetBitCount() != 32)
+        return false;
+    const int height = GetHgt();
+    const long width = GetWid();
+    const long wideRow = GetRowBytes();
+    const long narrowRow = (width * 3 + 3) & ~3L;
+    // Front to back: a pixel's three bytes land at or before where its four were, after every
+    // pixel before it has been read, so nothing is overwritten before it is moved.
+    for (int row = 0; row < height; ++row) {
+        const unsigned char* from = bits + static_cast<ptrdiff_t>(row) * wideRow;
+        unsigned char* to = bits + static_cast<ptrdiff_t>(row) * narrowRow;
+        for (long x = 0; x < width; ++x) {
+            unsigned char blue = from[4 * x];
+            unsigned char green = from[4 * x + 1];
+            unsigned char red = from[4 * x + 2];
+            to[3 * x] = blue;
+            to[3 * x + 1] = green;
+            to[3 * x + 2] = red;
+        }
+        // The row's padding is zero, as in an image made 24-bit.
+        std::memset(to + 3 * width, 0, static_cast<size_t>(narrowRow - 3 * width));
+    }
+    header->biBitCount = 24;
+    const size_t wideBytes = static_cast<size_t>(wideRow) * static_cast<size_t>(height);
+    const size_t narrowBytes = static_cast<size_t>(narrowRow) * static_cast<size_t>(height);
+    // The filters may read a few bytes past the last row: those stay in the block.
+    ReleaseMemBlockTail(bits, narrowBytes + 64, wideBytes);
     return true;
 }

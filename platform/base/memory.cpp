@@ -32,3 +32,20 @@ void* AllocMemBlock(size_t bytes)
 }
 
 void FreeMemBlock(void* block) { std::free(block); }
+
+void ReleaseMemBlockTail(void* block, size_t keep, size_t size)
+{
+#if defined(__linux__) && defined(MADV_DONTNEED)
+    if (block == nullptr || keep >= size)
+        return;
+    constexpr uintptr_t kPage = 4096;
+    uintptr_t from = (reinterpret_cast<uintptr_t>(block) + keep + kPage - 1) & ~(kPage - 1);
+    uintptr_t to = (reinterpret_cast<uintptr_t>(block) + size) & ~(kPage - 1);
+    if (from < to)
+        madvise(reinterpret_cast<void*>(from), to - from, MADV_DONTNEED);
+#else
+    (void)block;
+    (void)keep;
+    (void)size;
+#endif
+}

@@ -130,24 +130,41 @@ TEST_F(PictureCache, DecodedPictureWithoutBorderMovesIntoThePreparedImageUnchang
     }
 }
 
-TEST_F(PictureCache, DecodedPictureWithABorderOrAnotherDepthIsCopiedAsBefore)
+TEST_F(PictureCache, DecodedPictureWithABorderIsCopiedAsBefore)
 {
     PicturePreparation bordered;
     bordered.border = 40;  // 20 % of the width each side
+    CDIB loaded(10, 6, 32);
+    PaintGradient(loaded);
+    std::vector<unsigned char> decoded = Pixels(loaded);
+    CDIB expected(1, 1, 24);
+    ASSERT_TRUE(PreparePicture(expected, loaded, bordered));
+    CDIB target(1, 1, 24);
+    ASSERT_TRUE(PrepareLoadedPicture(target, loaded, bordered));
+    EXPECT_EQ(target.GetWid(), expected.GetWid());
+    EXPECT_EQ(target.GetBitCount(), expected.GetBitCount());
+    EXPECT_EQ(Pixels(target), Pixels(expected));
+    EXPECT_EQ(Pixels(loaded), decoded);
+}
+
+TEST_F(PictureCache, ShowWithoutAlphaDropsTheDecodedAlphaInPlaceWithTheSameBytesAsACopy)
+{
     PicturePreparation ignoringAlpha;
     ignoringAlpha.depth = 24;
-    for (const PicturePreparation& preparation : {bordered, ignoringAlpha}) {
-        CDIB loaded(10, 6, 32);
+    // Widths whose 24-bit rows need 0 to 3 bytes of padding.
+    for (int width : {4, 5, 6, 7, 10}) {
+        CDIB loaded(width, 6, 32);
         PaintGradient(loaded);
-        std::vector<unsigned char> decoded = Pixels(loaded);
         CDIB expected(1, 1, 24);
-        ASSERT_TRUE(PreparePicture(expected, loaded, preparation));
+        ASSERT_TRUE(PreparePicture(expected, loaded, ignoringAlpha));
+        const unsigned char* decodedPixels = loaded.GetBitsAdd(0);
         CDIB target(1, 1, 24);
-        ASSERT_TRUE(PrepareLoadedPicture(target, loaded, preparation));
-        EXPECT_EQ(target.GetWid(), expected.GetWid());
-        EXPECT_EQ(target.GetBitCount(), expected.GetBitCount());
-        EXPECT_EQ(Pixels(target), Pixels(expected));
-        EXPECT_EQ(Pixels(loaded), decoded);
+        ASSERT_TRUE(PrepareLoadedPicture(target, loaded, ignoringAlpha));
+        EXPECT_EQ(target.GetBitsAdd(0), decodedPixels) << width;
+        EXPECT_EQ(target.GetBitCount(), 24);
+        EXPECT_EQ(target.GetWid(), width);
+        EXPECT_EQ(target.GetRowBytes(), expected.GetRowBytes());
+        EXPECT_EQ(Pixels(target), Pixels(expected)) << width;
     }
 }
 

@@ -146,6 +146,58 @@ TEST(SetAlpha, TwentyFourBitImageAnswersFalseAndChangesNothing)
     EXPECT_EQ(AllRows(image), before);
 }
 
+TEST(DropAlpha, ThirtyTwoBitImageBecomesTwentyFourBitWithItsColoursAndZeroPadding)
+{
+    for (long width : {1L, 2L, 3L, 4L, 5L, 17L}) {
+        CDIB image(width, 4, 32);
+        FillPattern(image);
+        ASSERT_TRUE(image.DropAlpha()) << width;
+        EXPECT_EQ(image.GetBitCount(), 24);
+        EXPECT_EQ(image.GetWid(), width);
+        EXPECT_EQ(image.GetHgt(), 4);
+        EXPECT_EQ(image.GetRowBytes(), (width * 3 + 3) & ~3L);
+        for (int row = 0; row < 4; ++row) {
+            for (long x = 0; x < width; ++x) {
+                std::vector<unsigned char> pixel = Pixel(image, x, row);
+                ASSERT_EQ(pixel.size(), 3u);
+                for (int byte = 0; byte < 3; ++byte)
+                    EXPECT_EQ(pixel[byte], pxtest::PatternByte(x, row, byte))
+                        << width << " " << x << " " << row;
+            }
+            const unsigned char* line = image.GetBitsAdd(row);
+            for (long pad = 3 * width; pad < image.GetRowBytes(); ++pad)
+                EXPECT_EQ(line[pad], 0) << width << " " << row;
+        }
+    }
+}
+
+TEST(DropAlpha, LargePictureGivesBackTheEndOfItsBlockAndKeepsItsPixels)
+{
+    // Large enough for the block's unused end to span whole memory pages.
+    CDIB image(1500, 1000, 32);
+    FillPattern(image);
+    ASSERT_TRUE(image.DropAlpha());
+    for (int row : {0, 499, 999})
+        for (long x : {0L, 777L, 1499L})
+            for (int byte = 0; byte < 3; ++byte)
+                EXPECT_EQ(Pixel(image, x, row)[static_cast<size_t>(byte)],
+                          pxtest::PatternByte(x, row, byte));
+}
+
+TEST(DropAlpha, OtherDepthsAnswerFalseAndChangeNothing)
+{
+    for (int bits : {8, 16, 24}) {
+        CDIB image(5, 3, bits);
+        FillPattern(image);
+        std::vector<unsigned char> before = AllRows(image);
+        EXPECT_FALSE(image.DropAlpha()) << bits;
+        EXPECT_EQ(image.GetBitCount(), bits);
+        EXPECT_EQ(AllRows(image), before);
+    }
+    CDIB empty(0, 0, 32);
+    EXPECT_FALSE(empty.DropAlpha());
+}
+
 TEST(FlopOperations, EmptyImageAnswersFalse)
 {
     CDIB image(0, 0, 24);

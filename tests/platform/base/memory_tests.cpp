@@ -1,5 +1,5 @@
 // The raw block allocator: usable blocks, a zero-byte block, large blocks on huge-page
-// boundaries, and failure as null.
+// boundaries, failure as null, and the unused end of a block given back.
 
 #include <gtest/gtest.h>
 
@@ -55,5 +55,38 @@ TEST(MemBlock, LargeBlockStartsOnA2MBBoundaryAndHoldsEveryByte)
     FreeMemBlock(block);
 }
 #endif
+
+TEST(MemBlock, ReleasedTailReadsAsZerosAndTheRestIsKept)
+{
+    constexpr size_t kSize = size_t{16} << 20;
+    constexpr size_t kKeep = size_t{5} << 20;  // whole pages of a 2 MB-aligned block
+    auto* block = static_cast<unsigned char*>(AllocMemBlock(kSize));
+    ASSERT_NE(block, nullptr);
+    std::memset(block, 0x5A, kSize);
+    ReleaseMemBlockTail(block, kKeep, kSize);
+    EXPECT_EQ(block[0], 0x5A);
+    EXPECT_EQ(block[kKeep - 1], 0x5A);
+#if defined(__linux__)
+    EXPECT_EQ(block[kKeep], 0);
+    EXPECT_EQ(block[kSize - 1], 0);
+#endif
+    // Still one whole block: written again and freed as usual.
+    std::memset(block, 0x11, kSize);
+    EXPECT_EQ(block[kSize - 1], 0x11);
+    FreeMemBlock(block);
+}
+
+TEST(MemBlock, ReleasingNothingOrANullBlockIsHarmless)
+{
+    auto* block = static_cast<unsigned char*>(AllocMemBlock(100));
+    ASSERT_NE(block, nullptr);
+    std::memset(block, 7, 100);
+    ReleaseMemBlockTail(block, 100, 100);
+    ReleaseMemBlockTail(block, 10, 100);  // no whole page inside
+    ReleaseMemBlockTail(nullptr, 0, 4096 * 4);
+    EXPECT_EQ(block[99], 7);
+    EXPECT_EQ(block[10], 7);
+    FreeMemBlock(block);
+}
 
 }  // namespace
