@@ -68,8 +68,9 @@ struct FFFrameRows {
     ptrdiff_t stride = 0;
     FFPixelOrder order = FFPixelOrder::kArgb;
 };
-// FFWriteMovieFrame for rows as they lie: the encoder's converter reads them in place, with no
-// copy turned top-down or reordered first. The same frame gives the same movie either way.
+// FFWriteMovieFrame for rows as they lie: the converter to the encoder's pixels (swscale, or our
+// own row loop for opaque frames of RGB movies) reads them in place, with no copy turned top-down
+// or reordered first. The same frame gives the same movie either way.
 bool FFWriteMovieRows(const FFFrameRows& frame, bool addSample);
 // Drains the encoder, stores the movie's header and closes the file; releases everything and
 // is safe when nothing is open. True when the movie was finished, or when none had been started
