@@ -12,16 +12,11 @@
 
 namespace {
 
-const std::string kDemoShow = std::string(PX_SOURCE_DIR) + "/resources/demo/demo.plx";
+using pxtest::kDemoShow;
 
-std::string Row(const char* rows, int row)
-{
-    char text[kDialogRowSize];
-    GetDialogValue(rows, row, text);
-    return text;
-}
+using pxtest::RowText;
 
-class MakeFlashFile : public EditorFixture {
+class MakeFlashFile : public pxtest::Editor {
 protected:
     // A small, slow export of the demo show, so each test writes little.
     void StartDemo(const std::string& settings = "")
@@ -36,21 +31,21 @@ TEST_F(MakeFlashFile, WithNoSettingsTheDialogShowsColourZeroRateThirtyQualitySev
 {
     Start();
     FlashOptionsLists lists = MakeFlashOptionsDialog();
-    EXPECT_EQ(Row(lists.descriptions, kFlashRowColour), "@LBackGround Color");
-    EXPECT_EQ(Row(lists.descriptions, kFlashRowRate), "SWF Output FrameRate");
-    EXPECT_EQ(Row(lists.descriptions, kFlashRowQuality), "@SQuality");
-    EXPECT_EQ(Row(lists.values, kFlashRowColour), "0");
-    EXPECT_EQ(Row(lists.values, kFlashRowRate), "30");
-    EXPECT_EQ(Row(lists.values, kFlashRowQuality), "75");
+    EXPECT_EQ(RowText(lists.descriptions, kFlashRowColour), "@LBackGround Color");
+    EXPECT_EQ(RowText(lists.descriptions, kFlashRowRate), "SWF Output FrameRate");
+    EXPECT_EQ(RowText(lists.descriptions, kFlashRowQuality), "@SQuality");
+    EXPECT_EQ(RowText(lists.values, kFlashRowColour), "0");
+    EXPECT_EQ(RowText(lists.values, kFlashRowRate), "30");
+    EXPECT_EQ(RowText(lists.values, kFlashRowQuality), "75");
 }
 
 TEST_F(MakeFlashFile, StoredComponentsMakeTheColourFromTheirLowBytes)
 {
     Start("FlashRed=86\r\nFlashGreen=308\r\nFlashBlue=18\r\nFlashFPS=12\r\nFlashQuality=40\r\n");
     FlashOptionsLists lists = MakeFlashOptionsDialog();
-    EXPECT_EQ(Row(lists.values, kFlashRowColour), "1193046");
-    EXPECT_EQ(Row(lists.values, kFlashRowRate), "12");
-    EXPECT_EQ(Row(lists.values, kFlashRowQuality), "40");
+    EXPECT_EQ(RowText(lists.values, kFlashRowColour), "1193046");
+    EXPECT_EQ(RowText(lists.values, kFlashRowRate), "12");
+    EXPECT_EQ(RowText(lists.values, kFlashRowQuality), "40");
 }
 
 TEST_F(MakeFlashFile, ColourOf1193046IsStoredAsRed86Green52Blue18)
