@@ -10,9 +10,12 @@
 
 #include <gtest/gtest.h>
 #include <QAction>
+#include <QImage>
 #include <QMenu>
 #include <QMenuBar>
+#include <QPixmap>
 #include <QTimer>
+#include <QWidget>
 #include <cstdlib>
 #include <filesystem>
 #include <string>
@@ -37,6 +40,7 @@
 #include "ui/editor_windows.h"
 #include "ui/main/cmain.h"
 #include "ui/main/doc_link.h"
+#include "ui/stage/cstage.h"
 
 namespace pxtest {
 
@@ -222,12 +226,13 @@ protected:
         return texts;
     }
 
-    // A click in the value area of a row of a dialog of these rows at the usual place.
+    // A click in the value area of a row of a dialog of these rows at the usual place, on the
+    // window the dialogs are drawn over.
     static void ClickRow(int count, const char* descriptions, int row)
     {
         DialogLayout layout = MakeDialogLayout(kDialogX, kDialogY, count, descriptions, false);
         tagRECT area = DialogValueArea(layout, row);
-        PostClick(pMain, (area.left + area.right) / 2, (area.top + area.bottom) / 2);
+        PostClick(EditorDialogOwner(), (area.left + area.right) / 2, (area.top + area.bottom) / 2);
     }
     // Runs `command` (a dialog reading the input posted before); fails the test when the input
     // given did not end it within two seconds.
@@ -236,10 +241,25 @@ protected:
     {
         QTimer guard;
         guard.setSingleShot(true);
-        QObject::connect(&guard, &QTimer::timeout, [] { PostEscape(pMain); });
+        QObject::connect(&guard, &QTimer::timeout, [] { PostEscape(EditorDialogOwner()); });
         guard.start(2000);
         command();
         EXPECT_TRUE(guard.isActive()) << "the dialog did not end on the input it was given";
+    }
+    // Runs the dialog `command` opens and ends it with Esc once it is up; true when the stage,
+    // which covers the main window's content, showed it meanwhile (a dialog drawn on the main
+    // window itself is hidden under the stage).
+    template <typename Command>
+    static bool ShownOverTheStage(Command command)
+    {
+        QImage before = Content(pStage)->grab().toImage();
+        bool shown = false;
+        QTimer::singleShot(100, [&before, &shown] {
+            shown = Content(pStage)->grab().toImage() != before;
+            PostEscape(EditorDialogOwner());
+        });
+        RunAnswered(command);
+        return shown;
     }
 
     TempDir dir;

@@ -14,6 +14,7 @@
 #include "platform/file/file_dialog.h"
 #include "platform/ini/settings.h"
 #include "ui/dialogs/viewer_hidden.h"
+#include "ui/editor_windows.h"
 #include "ui/main/cmain.h"
 
 namespace {
@@ -99,7 +100,7 @@ bool CMain::MakeFlashFile()
     FSpec folder{};
     bool remembered = RememberedFolder(&folder);
     FlashOptionsLists lists = MakeFlashOptionsDialog();
-    int answer = RunDialogWithoutViewer(this, kDialogX, kDialogY, kFlashOptionsRows,
+    int answer = RunDialogWithoutViewer(EditorDialogOwner(), kDialogX, kDialogY, kFlashOptionsRows,
                                         lists.descriptions, lists.values, kTitle);
     if (pDoc != nullptr)
         pDoc->GotoFrame(gCurFrame, true);

@@ -78,7 +78,7 @@ TEST_F(MakeFlashFile, ExportEndsWithSuccessAndAnSwfFile)
     std::string path = dir.File("show.swf");
     PushFileDialogAnswer(path.c_str());
     PushMessageBoxAnswer(kBoxYes);
-    PostReturn(pMain);
+    PostReturn(EditorDialogOwner());
     bool made = false;
     RunAnswered([&made] { made = pMain->MakeFlashFile(); });
     EXPECT_TRUE(made);
@@ -107,7 +107,7 @@ TEST_F(MakeFlashFile, FailedExportSaysSoAndTheSettingsAreSavedAnyway)
     std::string path = dir.File("no/such/folder/show.swf");
     PushFileDialogAnswer(path.c_str());
     PushMessageBoxAnswer(kBoxYes);
-    PostReturn(pMain);
+    PostReturn(EditorDialogOwner());
     bool made = true;
     RunAnswered([&made] { made = pMain->MakeFlashFile(); });
     EXPECT_FALSE(made);
@@ -128,7 +128,7 @@ TEST_F(MakeFlashFile, RateOfZeroFailsTheExportAndIsStored)
     StartDemo("FlashFPS=none\r\n");
     PushFileDialogAnswer(dir.File("zero.swf").c_str());
     PushMessageBoxAnswer(kBoxYes);
-    PostReturn(pMain);
+    PostReturn(EditorDialogOwner());
     RunAnswered([] { PostAMessage(pMain, kMsgCommand, kMakeFlashFileCommand, 0); });
     std::vector<ShownMessageBox> boxes = Boxes();
     ASSERT_EQ(boxes.size(), 1u);
@@ -136,10 +136,16 @@ TEST_F(MakeFlashFile, RateOfZeroFailsTheExportAndIsStored)
     EXPECT_EQ(Setting("FlashFPS"), "none");
 }
 
+TEST_F(MakeFlashFile, OptionsDialogIsDrawnOverTheStage)
+{
+    StartDemo();
+    EXPECT_TRUE(ShownOverTheStage([] { pMain->MakeFlashFile(); }));
+}
+
 TEST_F(MakeFlashFile, CancelledOptionsStoreNothingAndAskForNoFile)
 {
     StartDemo();
-    PostEscape(pMain);
+    PostEscape(EditorDialogOwner());
     bool made = true;
     RunAnswered([&made] { made = pMain->MakeFlashFile(); });
     EXPECT_FALSE(made);
@@ -153,7 +159,7 @@ TEST_F(MakeFlashFile, CancelledFileDialogStoresTheOptionsAndMakesNothing)
 {
     StartDemo();
     PushFileDialogCancel();
-    PostReturn(pMain);
+    PostReturn(EditorDialogOwner());
     bool made = true;
     RunAnswered([&made] { made = pMain->MakeFlashFile(); });
     EXPECT_FALSE(made);

@@ -102,7 +102,7 @@ TEST_F(AdvancedOptions, OkStoresTheFlagsAndGoesToFrameZero)
     ClickAdvancedRow(kAdvancedRowMultiProc);
     ClickAdvancedRow(kAdvancedRowPicErrors);
     ClickAdvancedRow(kAdvancedRowSecondScreen);
-    PostReturn(pMain);
+    PostReturn(EditorDialogOwner());
     RunAnswered([] { PostAMessage(pMain, kMsgCommand, kAdvancedOptionsCommand, 0); });
     EXPECT_TRUE(pDoc->fieldSwap);
     EXPECT_TRUE(pDoc->flopTopField);
@@ -124,7 +124,7 @@ TEST_F(AdvancedOptions, AltImageFolderIsWrittenOnlyWhenAFolderWasPicked)
     StartDemo();
     char kept[kTextSetting];
     std::snprintf(kept, sizeof kept, "%s", pDoc->altImageFolder);
-    PostReturn(pMain);
+    PostReturn(EditorDialogOwner());
     RunAnswered([] { pMain->SpecialOptions(); });
     EXPECT_EQ(Setting("AltImageFolder"), "?");
     EXPECT_STREQ(pDoc->altImageFolder, kept);
@@ -132,7 +132,7 @@ TEST_F(AdvancedOptions, AltImageFolderIsWrittenOnlyWhenAFolderWasPicked)
     std::string picked = dir.File("pictures/one.bmp");
     PushFileDialogAnswer(picked.c_str());
     ClickAdvancedRow(kAdvancedRowFolder);
-    PostReturn(pMain);
+    PostReturn(EditorDialogOwner());
     RunAnswered([] { pMain->SpecialOptions(); });
     EXPECT_EQ(Setting("AltImageFolder"), dir.File("pictures/"));
     EXPECT_EQ(std::string(pDoc->altImageFolder), dir.File("pictures/"));
@@ -142,13 +142,19 @@ TEST_F(AdvancedOptions, SpecialAspectRatioOpensTheViewerShapeDialog)
 {
     StartDemo();
     ClickAdvancedRow(kAdvancedRowSpecialAspect);
-    PostReturn(pMain);
+    PostReturn(EditorDialogOwner());
     // The viewer-shape dialog that follows reads the next input.
     ClickRow(kViewerAspectRows, MakeViewerAspectDialog(0.75f, 0.0f).descriptions, kAspectRowSquare);
-    PostReturn(pMain);
+    PostReturn(EditorDialogOwner());
     RunAnswered([] { pMain->SpecialOptions(); });
     EXPECT_FLOAT_EQ(pDoc->aspectRatio, 1.0f);
     EXPECT_EQ(Setting("AspectMode"), "10000");
+}
+
+TEST_F(AdvancedOptions, DialogIsDrawnOverTheStage)
+{
+    StartDemo();
+    EXPECT_TRUE(ShownOverTheStage([] { pMain->SpecialOptions(); }));
 }
 
 TEST_F(AdvancedOptions, CancelChangesNothing)
@@ -156,7 +162,7 @@ TEST_F(AdvancedOptions, CancelChangesNothing)
     StartDemo();
     ClickAdvancedRow(kAdvancedRowFieldSwap);
     ClickAdvancedRow(kAdvancedRowSpecialAspect);
-    PostEscape(pMain);
+    PostEscape(EditorDialogOwner());
     RunAnswered([] { pMain->SpecialOptions(); });
     EXPECT_FALSE(pDoc->fieldSwap);
     EXPECT_EQ(Setting("FieldSwap"), "?");

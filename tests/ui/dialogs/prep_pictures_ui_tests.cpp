@@ -128,6 +128,12 @@ protected:
     }
 };
 
+TEST_F(PrepPictures, DialogIsDrawnOverTheStage)
+{
+    StartDemo();
+    EXPECT_TRUE(ShownOverTheStage([] { pMain->ImagePrep(); }));
+}
+
 TEST_F(PrepPictures, CancelLeavesEveryValueAsBeforeAndReloadsNothing)
 {
     StartDemo();
@@ -136,7 +142,7 @@ TEST_F(PrepPictures, CancelLeavesEveryValueAsBeforeAndReloadsNothing)
     ClickPrepRow(kPrepRowTint);
     ClickPrepRow(kPrepRowPreBlur);
     ClickPrepRow(kPrepRowVideoSafe);
-    PostEscape(pMain);
+    PostEscape(EditorDialogOwner());
     RunAnswered([] { pMain->ImagePrep(); });
     PrepValues after = PrepValuesOf(*pDoc);
     EXPECT_EQ(after.border, before.border);
@@ -165,7 +171,7 @@ TEST_F(PrepPictures, OkSetsTheValuesReloadsEveryPictureAndKeepsTheKeys)
     gCurFrame = 40;
     ClickPrepRow(kPrepRowTint);
     ClickPrepRow(kPrepRowPreBlur);
-    PostReturn(pMain);
+    PostReturn(EditorDialogOwner());
     RunAnswered([] { pMain->ImagePrep(); });
     EXPECT_EQ(doc->border, -1);
     EXPECT_EQ(doc->preBlur, 1);
@@ -183,7 +189,7 @@ TEST_F(PrepPictures, CommandOpensTheDialog)
 {
     StartDemo();
     ClickPrepRow(kPrepRowPreBlur);
-    PostReturn(pMain);
+    PostReturn(EditorDialogOwner());
     RunAnswered([] { PostAMessage(pMain, kMsgCommand, kPrepPicturesCommand, 0); });
     EXPECT_EQ(pDoc->preBlur, 1);
 }
@@ -200,7 +206,7 @@ TEST_P(PreparedPicture, RendersInTheViewerAndInAMovieAsTheLoaderPreparesIt)
     // The values are put in the document while the pictures are still prepared the old way;
     // OK takes them from the rows and loads every picture again.
     SetPrepValues(*pDoc, chosen);
-    PostReturn(pMain);
+    PostReturn(EditorDialogOwner());
     RunAnswered([] { pMain->ImagePrep(); });
     ASSERT_EQ(pDoc->curPic, 0);
 

@@ -114,7 +114,7 @@ TEST_F(ViewerAspect, TypedZeroChangesNothing)
     PushStringBoxAnswer("0");
     ClickAspectRow(kAspectRowTyped);
     ClickAspectRow(kAspectRowSpecify);
-    PostReturn(pMain);
+    PostReturn(EditorDialogOwner());
     RunAnswered([] { pMain->SetViewerAspect(); });
     EXPECT_EQ(pDoc->aspectMode, 7500);
     EXPECT_FLOAT_EQ(pDoc->aspectRatio, 0.75f);
@@ -129,7 +129,7 @@ TEST_F(ViewerAspect, TypedRatioReshapesTheViewerAndStoresTheMode)
     PushStringBoxAnswer("0.6");
     ClickAspectRow(kAspectRowTyped);
     ClickAspectRow(kAspectRowSpecify);
-    PostReturn(pMain);
+    PostReturn(EditorDialogOwner());
     RunAnswered([] { PostAMessage(pMain, kMsgCommand, kViewerAspectCommand, 0); });
     EXPECT_FLOAT_EQ(pDoc->aspectRatio, 0.6f);
     EXPECT_EQ(pDoc->aspectMode, 6000);
@@ -146,7 +146,7 @@ TEST_F(ViewerAspect, SixteenByNineChecksItsRenderItem)
     Start();
     ASSERT_TRUE(OpenShow(kDemoShow));
     ClickAspectRow(kAspectRowVideo169);
-    PostReturn(pMain);
+    PostReturn(EditorDialogOwner());
     RunAnswered([] { pMain->SetViewerAspect(); });
     EXPECT_EQ(pDoc->aspectMode, 5625);
     EXPECT_TRUE(Checked(1031));
@@ -158,9 +158,16 @@ TEST_F(ViewerAspect, UnchangedRatioKeepsTheLetterbox)
     Start("AspectMode=5626\r\n");
     ASSERT_TRUE(OpenShow(kDemoShow));
     ASSERT_FLOAT_EQ(pDoc->aspectRatio, 0.5625f);
-    PostReturn(pMain);
+    PostReturn(EditorDialogOwner());
     RunAnswered([] { pMain->SetViewerAspect(); });
     EXPECT_EQ(pDoc->aspectMode, 5626);
+}
+
+TEST_F(ViewerAspect, DialogIsDrawnOverTheStage)
+{
+    Start();
+    ASSERT_TRUE(OpenShow(kDemoShow));
+    EXPECT_TRUE(ShownOverTheStage([] { pMain->SetViewerAspect(); }));
 }
 
 TEST_F(ViewerAspect, CancelChangesNothing)
@@ -168,7 +175,7 @@ TEST_F(ViewerAspect, CancelChangesNothing)
     Start();
     ASSERT_TRUE(OpenShow(kDemoShow));
     ClickAspectRow(kAspectRowSquare);
-    PostEscape(pMain);
+    PostEscape(EditorDialogOwner());
     RunAnswered([] { pMain->SetViewerAspect(); });
     EXPECT_EQ(pDoc->aspectMode, 7500);
     EXPECT_EQ(Setting("AspectMode"), "?");
@@ -183,7 +190,7 @@ TEST_F(ViewerAspect, ImageTakesTheCurrentPicturesRatio)
     ASSERT_GT(picture, 0.0f);
     ASSERT_NE(picture, 0.75f);
     ClickAspectRow(kAspectRowImage);
-    PostReturn(pMain);
+    PostReturn(EditorDialogOwner());
     RunAnswered([] { pMain->SetViewerAspect(); });
     EXPECT_FLOAT_EQ(pDoc->aspectRatio, picture);
     EXPECT_EQ(pDoc->aspectMode, static_cast<int>(picture * 10000.0 + 0.5));
