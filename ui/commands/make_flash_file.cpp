@@ -13,6 +13,7 @@
 #include "platform/dialog/remembered_folder.h"
 #include "platform/file/file_dialog.h"
 #include "platform/ini/settings.h"
+#include "ui/commands/render_progress_window.h"
 #include "ui/dialogs/viewer_hidden.h"
 #include "ui/editor_windows.h"
 #include "ui/main/cmain.h"
@@ -117,7 +118,12 @@ bool CMain::MakeFlashFile()
     if (!chosen)
         return false;
     FlashChoice choice = ReadFlashOptionsDialog(lists);
-    if (SaveFlashMovie(&file, choice.quality, choice.colour, choice.framesPerSecond) >= 0) {
+    // The movie render's progress panel on the stage, and its Esc.
+    EditorRenderProgress progress;
+    int made =
+        SaveFlashMovie(&file, choice.quality, choice.colour, choice.framesPerSecond, &progress);
+    RedrawEditorWindows();  // the panel goes
+    if (made >= 0) {
         ErrorBox("Flash file successfully made", kNoErrorNumber);
         return true;
     }

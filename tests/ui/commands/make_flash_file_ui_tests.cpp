@@ -4,10 +4,15 @@
 #include "ui/commands/make_flash_file.h"
 
 #include <gtest/gtest.h>
+#include <QImage>
+#include <QKeyEvent>
+#include <QPixmap>
+#include <QTimer>
 #include <string>
 
 #include "output/ffmpeg_movie.h"
 #include "support/editor_fixture.h"
+#include "ui/commands/render_progress_window.h"
 #include "ui/viewer/cview.h"
 
 namespace {
@@ -99,6 +104,52 @@ TEST_F(MakeFlashFile, ExportEndsWithSuccessAndAnSwfFile)
     EXPECT_EQ(Setting("FlashRed"), "86");
     EXPECT_EQ(Setting("FlashFPS"), "3");
     EXPECT_TRUE(pViewer->IsVisible());
+}
+
+TEST_F(MakeFlashFile, EscDuringTheExportEndsItWithTheFramesMadeSoFarUnderTheProgressPanel)
+{
+    StartDemo("FlashFPS=30\r\n");
+    long allFrames = ShowEnd(*pDoc);
+    ASSERT_GT(allFrames, 60);
+    std::string path = dir.File("stopped.swf");
+    PushFileDialogAnswer(path.c_str());
+    PushMessageBoxAnswer(kBoxYes);
+    PostReturn(EditorDialogOwner());
+    // Once the export is a few frames in, the panel is on the stage and a real Esc key press
+    // reaches the stage.
+    tagRECT client;
+    pStage->GetClientRect(client);
+    tagRECT panel = MakeProgressPanelLayout(client).panel;
+    long pressedAt = -1;
+    bool panelShown = false;
+    QTimer typist;
+    QObject::connect(&typist, &QTimer::timeout, [&] {
+        if (pressedAt >= 0 || gCurFrame < 6 || CountFileDialogAnswers() != 0)
+            return;
+        pressedAt = gCurFrame;
+        QImage stage = Content(pStage)->grab().toImage();
+        panelShown = stage.pixel(panel.left + 3, panel.top + 3) == qRgb(255, 255, 255);
+        QKeyEvent press(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier, QStringLiteral("\x1b"));
+        QKeyEvent release(QEvent::KeyRelease, Qt::Key_Escape, Qt::NoModifier,
+                          QStringLiteral("\x1b"));
+        QCoreApplication::sendEvent(Content(pStage), &press);
+        QCoreApplication::sendEvent(Content(pStage), &release);
+    });
+    typist.start(1);
+    bool made = false;
+    RunAnswered([&made] { made = pMain->MakeFlashFile(); });
+    typist.stop();
+    ASSERT_GE(pressedAt, 6);
+    EXPECT_TRUE(panelShown);
+    EXPECT_TRUE(made);
+    EXPECT_EQ(BoxTexts(), std::vector<std::string>{": Flash file successfully made"});
+    // The file is finished with the frames made before the key (the frame being started when it
+    // came at most), not the whole show.
+    FFMovieFacts facts;
+    ASSERT_TRUE(FFProbeMovieFile(path.c_str(), &facts));
+    EXPECT_GE(facts.packets, pressedAt);
+    EXPECT_LE(facts.packets, pressedAt + 1);
+    EXPECT_LT(facts.packets, allFrames);
 }
 
 TEST_F(MakeFlashFile, FailedExportSaysSoAndTheSettingsAreSavedAnyway)
