@@ -69,6 +69,8 @@ TEST_F(MainWindow, MakesItsChildrenInOrderAndSetsTheGlobals)
     char viewerTitle[64];
     pViewer->GetTitle(viewerTitle, sizeof viewerTitle);
     EXPECT_STREQ(viewerTitle, "Viewer");
+    // The stage covers the main window's content: the dialogs are drawn over it.
+    EXPECT_EQ(EditorDialogOwner(), static_cast<CPWnd*>(pStage));
 }
 
 TEST_F(MainWindow, MenuBarHoldsTheFullTable)
