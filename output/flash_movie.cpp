@@ -19,6 +19,8 @@ namespace {
 constexpr char kFlashVideo[] = "flv1";
 constexpr char kFlashContainer[] = "swf";
 constexpr int kLargestFlashSide = 4096;
+// What the progress panel says while the export runs: the movie render's words.
+constexpr char kExportingText[] = "Rendering... (Hit Esc key to cancel)";
 
 unsigned char Over(unsigned char pixel, unsigned char background, unsigned alpha)
 {
@@ -28,21 +30,28 @@ unsigned char Over(unsigned char pixel, unsigned char background, unsigned alpha
 // The show's whole frames per second, as the editor counts them everywhere.
 long ShowRate() { return std::max((gFrameRate + 50) / 100, 1L); }
 
-// Renders and writes every frame; false when one could not be written.
-bool WriteFlashFrames(CDoc& doc, const FlashMovieOptions& options, long count,
-                      std::vector<unsigned char>& argb, CDIB& frame)
+// Renders and writes the frames until all `count` are written or `progress` asks to stop.
+// Answers the frames written, or -1 when one could not be written.
+long WriteFlashFrames(CDoc& doc, const FlashMovieOptions& options, long count,
+                      std::vector<unsigned char>& argb, CDIB& frame, RenderProgress* progress)
 {
     CDIB incoming(1, 1, 32);
     int bars = doc.LetterboxBarRows(options.width, options.height);
     for (long i = 0; i < count; ++i) {
         long showFrame = options.start + FlashShowFrame(i, ShowRate(), options.framesPerSecond);
         gCurFrame = showFrame;
+        if (progress != nullptr) {
+            progress->Progress(static_cast<double>(i) / static_cast<double>(count), kExportingText);
+            progress->ShowFrame(showFrame);
+            if (progress->CancelRequested())
+                return i;
+        }
         RenderShowFrame(doc, showFrame, 0, &frame, &incoming);
         FlattenOnBackground(frame, options.backgroundColour, bars, argb.data());
         if (!FFWriteMovieFrame(argb.data(), true))
-            return false;
+            return -1;
     }
-    return true;
+    return count;
 }
 
 }  // namespace
@@ -84,7 +93,8 @@ void FlattenOnBackground(const CDIB& frame, long colour, int barRows, unsigned c
     }
 }
 
-int MakeFlashMovie(CDoc& doc, const char* path, const FlashMovieOptions& options)
+int MakeFlashMovie(CDoc& doc, const char* path, const FlashMovieOptions& options,
+                   RenderProgress* progress)
 {
     FFClearMovieError();
     if (path == nullptr || path[0] == '\0' || options.width < 1 || options.height < 1 ||
@@ -125,15 +135,16 @@ int MakeFlashMovie(CDoc& doc, const char* path, const FlashMovieOptions& options
         return kFlashOpenFailed;
     }
     long current = gCurFrame;
-    bool written = WriteFlashFrames(doc, options, count, argb, frame);
+    long written = WriteFlashFrames(doc, options, count, argb, frame, progress);
     if (!FFCloseMovieWriter())
-        written = false;
+        written = -1;
     gCurFrame = current;
     doc.GotoFrame(current, false);
-    return written ? static_cast<int>(count) : kFlashWriteFailed;
+    return written >= 0 ? static_cast<int>(written) : kFlashWriteFailed;
 }
 
-int SaveFlashMovie(FSpec* file, int quality, long backgroundColour, int framesPerSecond)
+int SaveFlashMovie(FSpec* file, int quality, long backgroundColour, int framesPerSecond,
+                   RenderProgress* progress)
 {
     char path[kMaxPathLength + 1] = {};
     if (pDoc == nullptr || file == nullptr || !GetFSpecPath(file, path))
@@ -147,5 +158,5 @@ int SaveFlashMovie(FSpec* file, int quality, long backgroundColour, int framesPe
     options.framesPerSecond = framesPerSecond;
     options.quality = quality;
     options.backgroundColour = backgroundColour;
-    return MakeFlashMovie(*pDoc, path, options);
+    return MakeFlashMovie(*pDoc, path, options, progress);
 }

@@ -15,6 +15,7 @@
 
 class CDIB;
 class CDoc;
+class RenderProgress;
 struct FSpec;
 
 // What SaveFlashMovie and MakeFlashMovie answer: frames written (0 or more), or a failure.
@@ -50,9 +51,14 @@ void FlattenOnBackground(const CDIB& frame, long colour, int barRows, unsigned c
 
 // Writes the Flash movie of the show frames of `options` to `path` (replaced only by a complete
 // file). The current frame is the same afterwards. Answers frames written, or a negative code.
-int MakeFlashMovie(CDoc& doc, const char* path, const FlashMovieOptions& options);
+// With `progress`, each frame is reported before it is made, as the movie render reports its
+// frames (the part done, what is made, the show frame); when it asks to stop, the export ends
+// there and the file is finished with the frames made so far, which counts as made.
+int MakeFlashMovie(CDoc& doc, const char* path, const FlashMovieOptions& options,
+                   RenderProgress* progress = nullptr);
 
 // The whole show of the document (pDoc) to `file`, at the movie size last chosen ("MovieWid" x
 // "MovieHgt"), with the given quality (0..100), background colour (0x00BBGGRR) and rate.
-// Answers 0 or more on success, negative on failure.
-int SaveFlashMovie(FSpec* file, int quality, long backgroundColour, int framesPerSecond);
+// Answers 0 or more on success, negative on failure. `progress` as for MakeFlashMovie.
+int SaveFlashMovie(FSpec* file, int quality, long backgroundColour, int framesPerSecond,
+                   RenderProgress* progress = nullptr);

@@ -12,6 +12,13 @@ CTime* pTime = nullptr;
 CView* pViewer = nullptr;
 CPWnd* gMainWindowPtr = nullptr;
 
+CPWnd* EditorDialogOwner()
+{
+    if (pStage)
+        return pStage;
+    return pMain;
+}
+
 void RedrawEditorWindows()
 {
     if (pTime && pDoc)

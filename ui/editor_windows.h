@@ -19,6 +19,11 @@ extern CView* pViewer;  // the viewer: what the camera sees at the current frame
 // The main window's CPWnd while it exists, else null.
 extern CPWnd* gMainWindowPtr;
 
+// The window the editor's dialogs are drawn over and own: the stage, which covers the main
+// window's content (a panel drawn on the main window itself would be hidden under it), or the
+// main window while there is no stage.
+CPWnd* EditorDialogOwner();
+
 // Every window that exists paints anew, after the show was replaced or rendered from: the
 // timeline first takes the show's new length.
 void RedrawEditorWindows();

@@ -17,6 +17,7 @@
 #include "platform/file/paths.h"
 #include "platform/ini/settings.h"
 #include "platform/wnd/shell.h"
+#include "support/editor_fixture.h"
 #include "ui/editor_windows.h"
 #include "ui/main/cmain.h"
 #include "ui/main/doc_link.h"
@@ -61,12 +62,8 @@ inline int CountDiffering(const QImage& a, const QImage& b)
 // The editor's windows on `show`, as a user opening it would get them. False when it did not open.
 inline bool OpenEditorOn(const char* show, EditorDocLink* link)
 {
-    std::string settings = "[Parallaxotron]\r\nShowPicError=0\r\n";
-    LoadIniText(settings.data(), settings.size());
-    pDoc = new CDoc;
-    pDoc->standalone = 1;
-    pDoc->AttachEditor(link);
-    pMain = new CMain(nullptr);
+    LoadEditorSettings("");
+    MakeEditorWindows(link, true);
     FSpec spec = PathFSpec(show);
     return OpenDocumentFile(&spec, true);
 }
@@ -132,10 +129,7 @@ inline int RunWindowCheck(int argc, char** argv, const char* program,
         QApplication app(argc, argv);
         InitEnvironment(nullptr, "Parallaxotron", 101);
         code = check(argv[1], argv[2], argv[3]);
-        delete pMain;
-        pMain = nullptr;
-        delete pDoc;
-        pDoc = nullptr;
+        TakeEditorDown();
         CloseEnvironment();
     }
     std::error_code ignored;

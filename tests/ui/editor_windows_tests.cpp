@@ -18,3 +18,9 @@ TEST(EditorWindows, TheStageEditMessageIsNoneOfTheShellsMessages)
     EXPECT_FALSE(kMsgEditEnded >= 1001 && kMsgEditEnded <= 1020);
     EXPECT_NE(kMsgEditEnded, kMsgEndLoop);
 }
+
+TEST(EditorWindows, DialogsHaveNoOwnerBeforeTheWindowsExist)
+{
+    // Before the main window there is nothing to draw a dialog over (CPDialog then answers 0).
+    EXPECT_EQ(EditorDialogOwner(), nullptr);
+}

@@ -13,7 +13,9 @@
 #include "platform/dialog/remembered_folder.h"
 #include "platform/file/file_dialog.h"
 #include "platform/ini/settings.h"
+#include "ui/commands/render_progress_window.h"
 #include "ui/dialogs/viewer_hidden.h"
+#include "ui/editor_windows.h"
 #include "ui/main/cmain.h"
 
 namespace {
@@ -99,7 +101,7 @@ bool CMain::MakeFlashFile()
     FSpec folder{};
     bool remembered = RememberedFolder(&folder);
     FlashOptionsLists lists = MakeFlashOptionsDialog();
-    int answer = RunDialogWithoutViewer(this, kDialogX, kDialogY, kFlashOptionsRows,
+    int answer = RunDialogWithoutViewer(EditorDialogOwner(), kDialogX, kDialogY, kFlashOptionsRows,
                                         lists.descriptions, lists.values, kTitle);
     if (pDoc != nullptr)
         pDoc->GotoFrame(gCurFrame, true);
@@ -116,7 +118,12 @@ bool CMain::MakeFlashFile()
     if (!chosen)
         return false;
     FlashChoice choice = ReadFlashOptionsDialog(lists);
-    if (SaveFlashMovie(&file, choice.quality, choice.colour, choice.framesPerSecond) >= 0) {
+    // The movie render's progress panel on the stage, and its Esc.
+    EditorRenderProgress progress;
+    int made =
+        SaveFlashMovie(&file, choice.quality, choice.colour, choice.framesPerSecond, &progress);
+    RedrawEditorWindows();  // the panel goes
+    if (made >= 0) {
         ErrorBox("Flash file successfully made", kNoErrorNumber);
         return true;
     }

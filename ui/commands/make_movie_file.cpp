@@ -18,6 +18,7 @@
 #include "platform/ini/settings.h"
 #include "platform/util/text.h"
 #include "ui/commands/render_progress_window.h"
+#include "ui/dialogs/viewer_hidden.h"
 #include "ui/editor_windows.h"
 #include "ui/main/cmain.h"
 #include "ui/stage/cstage.h"
@@ -86,25 +87,12 @@ float RateOf(const char* values, int row)
     return static_cast<float>(std::clamp(rate, -1.0, 1000.0));
 }
 
-// The window the dialogs open over, and the progress panel is drawn on.
-CPWnd* DialogOwner()
-{
-    if (pStage)
-        return pStage;
-    return pMain;
-}
-
 // Runs the options dialog with the viewer out of its way. False when cancelled.
 bool AskOptions(MovieDialogLists& lists)
 {
-    CView* viewer = pViewer;
-    bool viewerShown = viewer && viewer->IsVisible();
-    if (viewerShown)
-        viewer->Show(0);
-    int answer = CPDialog(DialogOwner(), kMovieDialogX, kMovieDialogY, kMovieDialogRows,
-                          lists.descriptions, lists.values, kMovieDialogTitle);
-    if (viewerShown && pViewer == viewer)
-        viewer->Show(1);
+    int answer =
+        RunDialogWithoutViewer(EditorDialogOwner(), kMovieDialogX, kMovieDialogY, kMovieDialogRows,
+                               lists.descriptions, lists.values, kMovieDialogTitle);
     return answer == kDialogConfirmed;
 }
 
@@ -114,7 +102,7 @@ std::vector<FSpec> AskShows()
     std::vector<FSpec> chosen(kMaxBatchShows, FSpec{});
     FSpec folder{};
     bool remembered = RememberedFolder(&folder);
-    if (!OpenFileDialog(DialogOwner(), chosen.data(), kShowFileFilter, ".plx",
+    if (!OpenFileDialog(EditorDialogOwner(), chosen.data(), kShowFileFilter, ".plx",
                         remembered ? &folder : nullptr, true, kMaxBatchShows))
         return {};
     auto end = std::find_if(chosen.begin(), chosen.end(),
@@ -130,7 +118,7 @@ bool AskMovie(int movieType, FSpec* movie)
     FSpec folder{};
     bool remembered = RememberedFolder(&folder);
     std::string filter = MovieFileFilter(movieType);
-    return SaveFileDialog(DialogOwner(), movie, filter.c_str(), MovieTypeExtension(movieType),
+    return SaveFileDialog(EditorDialogOwner(), movie, filter.c_str(), MovieTypeExtension(movieType),
                           remembered ? &folder : nullptr);
 }
 

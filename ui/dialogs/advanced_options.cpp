@@ -87,8 +87,8 @@ void CMain::SpecialOptions()
     bool specialAspect = false;
     {
         ViewerHidden hidden;
-        int answer = CPDialog(this, kDialogX, kDialogY, kAdvancedOptionsRows, lists.descriptions,
-                              lists.values, kTitle);
+        int answer = CPDialog(EditorDialogOwner(), kDialogX, kDialogY, kAdvancedOptionsRows,
+                              lists.descriptions, lists.values, kTitle);
         if (answer == kDialogConfirmed) {
             AdvancedChoice choice = ReadAdvancedOptionsDialog(lists, shown);
             const AdvancedValues& values = choice.values;

@@ -123,7 +123,7 @@ void CMain::ImagePrep()
         return;
     PrepValues before = PrepValuesOf(*pDoc);
     PrepPicturesLists lists = MakePrepPicturesDialog(before);
-    int answer = RunDialogWithoutViewer(this, kDialogX, kDialogY, kPrepPicturesRows,
+    int answer = RunDialogWithoutViewer(EditorDialogOwner(), kDialogX, kDialogY, kPrepPicturesRows,
                                         lists.descriptions, lists.values, kTitle);
     if (answer != kDialogConfirmed) {
         // Nothing was taken from the rows: every value is as it was, and nothing is loaded.

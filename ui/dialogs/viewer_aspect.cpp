@@ -102,8 +102,8 @@ void CMain::SetViewerAspect()
     float pictureRatio = PictureRatioOf(*pDoc);
     ViewerAspectLists lists = MakeViewerAspectDialog(pDoc->aspectRatio, pictureRatio);
     ViewerHidden hidden;
-    int answer = CPDialog(this, kDialogX, kDialogY, kViewerAspectRows, lists.descriptions,
-                          lists.values, kTitle);
+    int answer = CPDialog(EditorDialogOwner(), kDialogX, kDialogY, kViewerAspectRows,
+                          lists.descriptions, lists.values, kTitle);
     hidden.ShowAgain();
     if (answer != kDialogConfirmed)
         return;

@@ -3,7 +3,7 @@
 
 #include "ui/commands/key_commands.h"
 
-#include "editor_fixture.h"
+#include "support/editor_fixture.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 
 #include "ui/commands/key_map.h"
 
-#include "editor_fixture.h"
+#include "support/editor_fixture.h"
 #include "ui/stage/cstage.h"
 #include "ui/viewer/cview.h"
 

@@ -4,24 +4,24 @@
 #include "ui/commands/make_flash_file.h"
 
 #include <gtest/gtest.h>
+#include <QImage>
+#include <QKeyEvent>
+#include <QPixmap>
+#include <QTimer>
 #include <string>
 
 #include "output/ffmpeg_movie.h"
 #include "support/editor_fixture.h"
+#include "ui/commands/render_progress_window.h"
 #include "ui/viewer/cview.h"
 
 namespace {
 
-const std::string kDemoShow = std::string(PX_SOURCE_DIR) + "/resources/demo/demo.plx";
+using pxtest::kDemoShow;
 
-std::string Row(const char* rows, int row)
-{
-    char text[kDialogRowSize];
-    GetDialogValue(rows, row, text);
-    return text;
-}
+using pxtest::RowText;
 
-class MakeFlashFile : public EditorFixture {
+class MakeFlashFile : public pxtest::Editor {
 protected:
     // A small, slow export of the demo show, so each test writes little.
     void StartDemo(const std::string& settings = "")
@@ -36,21 +36,21 @@ TEST_F(MakeFlashFile, WithNoSettingsTheDialogShowsColourZeroRateThirtyQualitySev
 {
     Start();
     FlashOptionsLists lists = MakeFlashOptionsDialog();
-    EXPECT_EQ(Row(lists.descriptions, kFlashRowColour), "@LBackGround Color");
-    EXPECT_EQ(Row(lists.descriptions, kFlashRowRate), "SWF Output FrameRate");
-    EXPECT_EQ(Row(lists.descriptions, kFlashRowQuality), "@SQuality");
-    EXPECT_EQ(Row(lists.values, kFlashRowColour), "0");
-    EXPECT_EQ(Row(lists.values, kFlashRowRate), "30");
-    EXPECT_EQ(Row(lists.values, kFlashRowQuality), "75");
+    EXPECT_EQ(RowText(lists.descriptions, kFlashRowColour), "@LBackGround Color");
+    EXPECT_EQ(RowText(lists.descriptions, kFlashRowRate), "SWF Output FrameRate");
+    EXPECT_EQ(RowText(lists.descriptions, kFlashRowQuality), "@SQuality");
+    EXPECT_EQ(RowText(lists.values, kFlashRowColour), "0");
+    EXPECT_EQ(RowText(lists.values, kFlashRowRate), "30");
+    EXPECT_EQ(RowText(lists.values, kFlashRowQuality), "75");
 }
 
 TEST_F(MakeFlashFile, StoredComponentsMakeTheColourFromTheirLowBytes)
 {
     Start("FlashRed=86\r\nFlashGreen=308\r\nFlashBlue=18\r\nFlashFPS=12\r\nFlashQuality=40\r\n");
     FlashOptionsLists lists = MakeFlashOptionsDialog();
-    EXPECT_EQ(Row(lists.values, kFlashRowColour), "1193046");
-    EXPECT_EQ(Row(lists.values, kFlashRowRate), "12");
-    EXPECT_EQ(Row(lists.values, kFlashRowQuality), "40");
+    EXPECT_EQ(RowText(lists.values, kFlashRowColour), "1193046");
+    EXPECT_EQ(RowText(lists.values, kFlashRowRate), "12");
+    EXPECT_EQ(RowText(lists.values, kFlashRowQuality), "40");
 }
 
 TEST_F(MakeFlashFile, ColourOf1193046IsStoredAsRed86Green52Blue18)
@@ -83,7 +83,7 @@ TEST_F(MakeFlashFile, ExportEndsWithSuccessAndAnSwfFile)
     std::string path = dir.File("show.swf");
     PushFileDialogAnswer(path.c_str());
     PushMessageBoxAnswer(kBoxYes);
-    PostReturn(pMain);
+    PostReturn(EditorDialogOwner());
     bool made = false;
     RunAnswered([&made] { made = pMain->MakeFlashFile(); });
     EXPECT_TRUE(made);
@@ -106,13 +106,59 @@ TEST_F(MakeFlashFile, ExportEndsWithSuccessAndAnSwfFile)
     EXPECT_TRUE(pViewer->IsVisible());
 }
 
+TEST_F(MakeFlashFile, EscDuringTheExportEndsItWithTheFramesMadeSoFarUnderTheProgressPanel)
+{
+    StartDemo("FlashFPS=30\r\n");
+    long allFrames = ShowEnd(*pDoc);
+    ASSERT_GT(allFrames, 60);
+    std::string path = dir.File("stopped.swf");
+    PushFileDialogAnswer(path.c_str());
+    PushMessageBoxAnswer(kBoxYes);
+    PostReturn(EditorDialogOwner());
+    // Once the export is a few frames in, the panel is on the stage and a real Esc key press
+    // reaches the stage.
+    tagRECT client;
+    pStage->GetClientRect(client);
+    tagRECT panel = MakeProgressPanelLayout(client).panel;
+    long pressedAt = -1;
+    bool panelShown = false;
+    QTimer typist;
+    QObject::connect(&typist, &QTimer::timeout, [&] {
+        if (pressedAt >= 0 || gCurFrame < 6 || CountFileDialogAnswers() != 0)
+            return;
+        pressedAt = gCurFrame;
+        QImage stage = Content(pStage)->grab().toImage();
+        panelShown = stage.pixel(panel.left + 3, panel.top + 3) == qRgb(255, 255, 255);
+        QKeyEvent press(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier, QStringLiteral("\x1b"));
+        QKeyEvent release(QEvent::KeyRelease, Qt::Key_Escape, Qt::NoModifier,
+                          QStringLiteral("\x1b"));
+        QCoreApplication::sendEvent(Content(pStage), &press);
+        QCoreApplication::sendEvent(Content(pStage), &release);
+    });
+    typist.start(1);
+    bool made = false;
+    RunAnswered([&made] { made = pMain->MakeFlashFile(); });
+    typist.stop();
+    ASSERT_GE(pressedAt, 6);
+    EXPECT_TRUE(panelShown);
+    EXPECT_TRUE(made);
+    EXPECT_EQ(BoxTexts(), std::vector<std::string>{": Flash file successfully made"});
+    // The file is finished with the frames made before the key (the frame being started when it
+    // came at most), not the whole show.
+    FFMovieFacts facts;
+    ASSERT_TRUE(FFProbeMovieFile(path.c_str(), &facts));
+    EXPECT_GE(facts.packets, pressedAt);
+    EXPECT_LE(facts.packets, pressedAt + 1);
+    EXPECT_LT(facts.packets, allFrames);
+}
+
 TEST_F(MakeFlashFile, FailedExportSaysSoAndTheSettingsAreSavedAnyway)
 {
     StartDemo("FlashFPS=3\r\n");
     std::string path = dir.File("no/such/folder/show.swf");
     PushFileDialogAnswer(path.c_str());
     PushMessageBoxAnswer(kBoxYes);
-    PostReturn(pMain);
+    PostReturn(EditorDialogOwner());
     bool made = true;
     RunAnswered([&made] { made = pMain->MakeFlashFile(); });
     EXPECT_FALSE(made);
@@ -133,7 +179,7 @@ TEST_F(MakeFlashFile, RateOfZeroFailsTheExportAndIsStored)
     StartDemo("FlashFPS=none\r\n");
     PushFileDialogAnswer(dir.File("zero.swf").c_str());
     PushMessageBoxAnswer(kBoxYes);
-    PostReturn(pMain);
+    PostReturn(EditorDialogOwner());
     RunAnswered([] { PostAMessage(pMain, kMsgCommand, kMakeFlashFileCommand, 0); });
     std::vector<ShownMessageBox> boxes = Boxes();
     ASSERT_EQ(boxes.size(), 1u);
@@ -141,10 +187,16 @@ TEST_F(MakeFlashFile, RateOfZeroFailsTheExportAndIsStored)
     EXPECT_EQ(Setting("FlashFPS"), "none");
 }
 
+TEST_F(MakeFlashFile, OptionsDialogIsDrawnOverTheStage)
+{
+    StartDemo();
+    EXPECT_TRUE(ShownOverTheStage([] { pMain->MakeFlashFile(); }));
+}
+
 TEST_F(MakeFlashFile, CancelledOptionsStoreNothingAndAskForNoFile)
 {
     StartDemo();
-    PostEscape(pMain);
+    PostEscape(EditorDialogOwner());
     bool made = true;
     RunAnswered([&made] { made = pMain->MakeFlashFile(); });
     EXPECT_FALSE(made);
@@ -158,7 +210,7 @@ TEST_F(MakeFlashFile, CancelledFileDialogStoresTheOptionsAndMakesNothing)
 {
     StartDemo();
     PushFileDialogCancel();
-    PostReturn(pMain);
+    PostReturn(EditorDialogOwner());
     bool made = true;
     RunAnswered([&made] { made = pMain->MakeFlashFile(); });
     EXPECT_FALSE(made);

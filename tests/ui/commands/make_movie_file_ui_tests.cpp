@@ -32,8 +32,8 @@
 #include "platform/wnd/messages.h"
 #include "platform/wnd/shell.h"
 #include "support/bmp_files.h"
+#include "support/editor_fixture.h"
 #include "support/movie_frames.h"
-#include "support/temp_dir.h"
 #include "ui/editor_windows.h"
 #include "ui/main/cmain.h"
 #include "ui/main/doc_link.h"
@@ -44,51 +44,25 @@ namespace {
 using pxtest::PathSpec;
 using pxtest::Rgb;
 
-const std::string kDemoShow = std::string(PX_SOURCE_DIR) + "/resources/demo/demo.plx";
+using pxtest::kDemoShow;
 constexpr const char* kMade = "Movie file(s) successfully made";
 
-class MakeMovieCommand : public testing::Test {
+class MakeMovieCommand : public pxtest::Editor {
 protected:
-    void SetUp() override
-    {
-        setenv("XDG_CONFIG_HOME", dir.Path().c_str(), 1);
-        InitEnvironment(nullptr, "Parallaxotron", 101);
-        gCurFrame = 0;
-        gMacDone = 0;
-        ClearScripts();
-        UseCodec(nullptr);
-    }
     void TearDown() override
     {
         QTMovieReadClose();
         QTMovieWriteClose();
-        delete pMain;
-        pMain = nullptr;
-        delete pDoc;
-        pDoc = nullptr;
-        CloseEnvironment();
-        ClearScripts();
-    }
-    static void ClearScripts()
-    {
-        ClearMessageBoxScript();
-        ClearStringBoxScript();
-        ClearFileDialogScript();
-        ClearCodecDialogScript();
+        pxtest::Editor::TearDown();
     }
     // Small frames at 30 frames per second without fields, unless the settings say otherwise.
-    void Start(const std::string& settings = "")
+    void StartSmall(const std::string& settings = "")
     {
         // The first line of a key wins: the test's own settings come before the defaults.
-        std::string text = "[Parallaxotron]\r\n" + settings +
-                           "ShowPicError=0\r\nMovieWid=32\r\nMovieHgt=24\r\nMovieFPS=30\r\n"
-                           "MovieFields=\r\n";
-        LoadIniText(text.data(), text.size());
-        gFrameRate = 3000;
-        pDoc = new CDoc;
-        pDoc->AttachEditor(&link);
-        pMain = new CMain(nullptr);
-        ProcessEvents();
+        Start(settings +
+                  "FrameRate=3000\r\nMovieWid=32\r\nMovieHgt=24\r\nMovieFPS=30\r\n"
+                  "MovieFields=\r\n",
+              false);
     }
     // A red picture from frame 0 and a green one from frame `greenFrom`, the show ending at
     // `end`.
@@ -187,9 +161,6 @@ protected:
         QTMovieReadClose();
         return colour;
     }
-
-    pxtest::TempDir dir;
-    EditorDocLink link;
 };
 
 // The pictures are made video-safe on loading, so their colours come back a little muted.
@@ -226,7 +197,7 @@ bool HaveFfprobe() { return std::system("ffprobe -version >/dev/null 2>&1") == 0
 
 TEST_F(MakeMovieCommand, TheDialogHasItsNineRowsInOrderFromTheSettings)
 {
-    Start();
+    StartSmall();
     OnePicture(45);
     MovieDialogLists lists = MakeMovieDialog(*pDoc);
     const char* descriptions[] = {"Width",        "Height",           "Start Timecode",
@@ -243,7 +214,7 @@ TEST_F(MakeMovieCommand, TheDialogHasItsNineRowsInOrderFromTheSettings)
 
 TEST_F(MakeMovieCommand, WithoutSettingsTheDialogShowsTheDefaults)
 {
-    Start();
+    StartSmall();
     std::string bare = "[Parallaxotron]\r\n";
     LoadIniText(bare.data(), bare.size());
     OnePicture(30);
@@ -259,7 +230,7 @@ TEST_F(MakeMovieCommand, WithoutSettingsTheDialogShowsTheDefaults)
 
 TEST_F(MakeMovieCommand, TheValuesAreConvertedClampedAndLimited)
 {
-    Start();
+    StartSmall();
     MovieDialogLists lists = MakeMovieDialog(*pDoc);
     SetDialogValue(lists.values, kMovieRowWidth, "5000");
     SetDialogValue(lists.values, kMovieRowHeight, "-3");
@@ -316,7 +287,7 @@ TEST_F(MakeMovieCommand, TheRememberedMovieKindComesFirstInTheFilter)
 
 TEST_F(MakeMovieCommand, TheSaveDialogOffersTheRememberedKindFirst)
 {
-    Start("MovieType=2\r\n");
+    StartSmall("MovieType=2\r\n");
     OnePicture(5);
     PostReturn(pStage);
     PushFileDialogCancel();
@@ -333,7 +304,7 @@ TEST_F(MakeMovieCommand, TheSaveDialogOffersTheRememberedKindFirst)
 
 TEST_F(MakeMovieCommand, StartAfterEndRendersTheFramesBackwards)
 {
-    Start();
+    StartSmall();
     RedThenGreen(5, 20);
     Type(kMovieRowStart, "00:00:10");
     Type(kMovieRowEnd, "00:00:00");
@@ -351,7 +322,7 @@ TEST_F(MakeMovieCommand, StartAfterEndRendersTheFramesBackwards)
 
 TEST_F(MakeMovieCommand, OneSecondHoldsAddThirtyFramesAtEachEnd)
 {
-    Start();
+    StartSmall();
     RedThenGreen(3, 20);
     Type(kMovieRowEnd, "00:00:05");
     Type(kMovieRowHolds, "00:01:00");  // one second at 30 frames per second
@@ -368,7 +339,7 @@ TEST_F(MakeMovieCommand, OneSecondHoldsAddThirtyFramesAtEachEnd)
 
 TEST_F(MakeMovieCommand, AWidthOf5000IsClampedTo4096)
 {
-    Start();
+    StartSmall();
     OnePicture(20);
     Type(kMovieRowWidth, "5000");
     Type(kMovieRowEnd, "00:00:02");
@@ -383,7 +354,7 @@ TEST_F(MakeMovieCommand, AWidthOf5000IsClampedTo4096)
 
 TEST_F(MakeMovieCommand, AFrameRateOf75IsWrittenAs60)
 {
-    Start();
+    StartSmall();
     OnePicture(20);
     Type(kMovieRowRate, "75");
     Type(kMovieRowEnd, "00:00:03");
@@ -399,7 +370,7 @@ TEST_F(MakeMovieCommand, AFrameRateOf75IsWrittenAs60)
 
 TEST_F(MakeMovieCommand, EscDuringTheRunEndsItWritesTheTailHoldAndReportsSuccess)
 {
-    Start();
+    StartSmall();
     RedThenGreen(3, 200);
     Type(kMovieRowEnd, "00:06:00");  // 180 frames
     Type(kMovieRowHolds, "00:00:02");
@@ -435,7 +406,7 @@ TEST_F(MakeMovieCommand, EscDuringTheRunEndsItWritesTheTailHoldAndReportsSuccess
 
 TEST_F(MakeMovieCommand, CancellingTheOptionsAsksNothingMore)
 {
-    Start();
+    StartSmall();
     OnePicture(5);
     PostEscape(pStage);
     EXPECT_EQ(Run(false), 0);
@@ -446,7 +417,7 @@ TEST_F(MakeMovieCommand, CancellingTheOptionsAsksNothingMore)
 
 TEST_F(MakeMovieCommand, CancellingTheCodecMakesNoFileAndKeepsTheCodec)
 {
-    Start("CodecType=raw \r\n");
+    StartSmall("CodecType=raw \r\n");
     OnePicture(5);
     PostReturn(pStage);
     PushFileDialogAnswer(dir.File("none.mov").c_str());
@@ -459,7 +430,7 @@ TEST_F(MakeMovieCommand, CancellingTheCodecMakesNoFileAndKeepsTheCodec)
 
 TEST_F(MakeMovieCommand, TheCodecChosenIsKeptAndOfferedNextTime)
 {
-    Start();
+    StartSmall();
     OnePicture(5);
     Type(kMovieRowEnd, "00:00:02");
     AnswerAll(dir.File("first.mov"), "png ");
@@ -487,7 +458,7 @@ TEST_F(MakeMovieCommand, TheCodecChosenIsKeptAndOfferedNextTime)
 
 TEST_F(MakeMovieCommand, AnAviNeedsNoCodecDialog)
 {
-    Start();
+    StartSmall();
     OnePicture(5);
     Type(kMovieRowEnd, "00:00:02");
     PostReturn(pStage);
@@ -504,7 +475,7 @@ TEST_F(MakeMovieCommand, AnAviNeedsNoCodecDialog)
 
 TEST_F(MakeMovieCommand, BatchMakesOneMovieWithBForEveryShowChosen)
 {
-    Start();
+    StartSmall();
     OnePicture(6);
     ASSERT_TRUE(std::filesystem::create_directory(dir.File("shows")));
     FSpec first = PathSpec(dir.File("shows/first.plx"));
@@ -551,7 +522,7 @@ TEST_F(MakeMovieCommand, BatchMakesOneMovieWithBForEveryShowChosen)
 
 TEST_F(MakeMovieCommand, CancellingTheShowChoiceStopsTheBatch)
 {
-    Start();
+    StartSmall();
     OnePicture(5);
     PostReturn(pStage);
     PushFileDialogCancel();
@@ -567,7 +538,7 @@ TEST_F(MakeMovieCommand, CancellingTheShowChoiceStopsTheBatch)
 
 TEST_F(MakeMovieCommand, CtrlKMakesAMovie)
 {
-    Start();
+    StartSmall();
     OnePicture(5);
     Type(kMovieRowEnd, "00:00:03");
     AnswerAll(dir.File("key.mov"));
@@ -578,7 +549,7 @@ TEST_F(MakeMovieCommand, CtrlKMakesAMovie)
 
 TEST_F(MakeMovieCommand, TheMenuMakesATwoSecondMovieOfTheDemoShow)
 {
-    Start("MovieWid=64\r\nMovieHgt=48\r\n");
+    StartSmall("MovieWid=64\r\nMovieHgt=48\r\n");
     FSpec demo = PathSpec(kDemoShow);
     ASSERT_TRUE(OpenDocumentFile(&demo, true));
     gFrameRate = 3000;

@@ -3,8 +3,8 @@
 
 #include "ui/commands/picture_commands.h"
 
-#include "editor_fixture.h"
 #include "image/cdib.h"
+#include "support/editor_fixture.h"
 #include "ui/viewer/cview.h"
 
 namespace {

@@ -3,7 +3,7 @@
 
 #include "ui/commands/recent_shows.h"
 
-#include "editor_fixture.h"
+#include "support/editor_fixture.h"
 
 namespace {
 

@@ -10,7 +10,7 @@
 #include <cstring>
 #include <fstream>
 
-#include "editor_fixture.h"
+#include "support/editor_fixture.h"
 #include "ui/commands/recent_shows.h"
 
 namespace {

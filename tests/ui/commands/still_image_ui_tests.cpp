@@ -3,8 +3,8 @@
 
 #include "ui/commands/still_image.h"
 
-#include "editor_fixture.h"
 #include "image/cdib.h"
+#include "support/editor_fixture.h"
 
 namespace {
 

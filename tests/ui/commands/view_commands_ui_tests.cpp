@@ -3,8 +3,8 @@
 
 #include "ui/commands/view_commands.h"
 
-#include "editor_fixture.h"
 #include "platform/task/worker.h"
+#include "support/editor_fixture.h"
 #include "ui/stage/cstage.h"
 #include "ui/timeline/ctime.h"
 #include "ui/viewer/cview.h"

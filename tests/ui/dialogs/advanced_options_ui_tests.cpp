@@ -13,14 +13,9 @@
 
 namespace {
 
-const std::string kDemoShow = std::string(PX_SOURCE_DIR) + "/resources/demo/demo.plx";
+using pxtest::kDemoShow;
 
-std::string Row(const char* rows, int row)
-{
-    char text[kDialogRowSize];
-    GetDialogValue(rows, row, text);
-    return text;
-}
+using pxtest::RowText;
 
 TEST(AdvancedOptionsRows, DescribeTheDialogInOrder)
 {
@@ -31,7 +26,7 @@ TEST(AdvancedOptionsRows, DescribeTheDialogInOrder)
         "@CViewer on 2nd Screen",
     };
     for (int row = 0; row < kAdvancedOptionsRows; ++row)
-        EXPECT_EQ(Row(lists.descriptions, row), expected[row]);
+        EXPECT_EQ(RowText(lists.descriptions, row), expected[row]);
 }
 
 TEST(AdvancedOptionsRows, ShowTheValuesWithSpecialAspectUnchecked)
@@ -45,14 +40,14 @@ TEST(AdvancedOptionsRows, ShowTheValuesWithSpecialAspectUnchecked)
     std::string longFolder = "/" + std::string(100, 'f') + "/";
     std::snprintf(values.folder, sizeof values.folder, "%s", longFolder.c_str());
     AdvancedOptionsLists lists = MakeAdvancedOptionsDialog(values);
-    EXPECT_EQ(Row(lists.values, kAdvancedRowFieldSwap), "1");
-    EXPECT_EQ(Row(lists.values, kAdvancedRowTopField), "");
+    EXPECT_EQ(RowText(lists.values, kAdvancedRowFieldSwap), "1");
+    EXPECT_EQ(RowText(lists.values, kAdvancedRowTopField), "");
     // An offset of 0 is an empty row: "0" would show the box checked.
-    EXPECT_EQ(Row(lists.values, kAdvancedRowMultiProc), "");
-    EXPECT_EQ(Row(lists.values, kAdvancedRowSpecialAspect), "");
-    EXPECT_EQ(Row(lists.values, kAdvancedRowFolder), longFolder.substr(0, 63));
-    EXPECT_EQ(Row(lists.values, kAdvancedRowPicErrors), "1");
-    EXPECT_EQ(Row(lists.values, kAdvancedRowSecondScreen), "1");
+    EXPECT_EQ(RowText(lists.values, kAdvancedRowMultiProc), "");
+    EXPECT_EQ(RowText(lists.values, kAdvancedRowSpecialAspect), "");
+    EXPECT_EQ(RowText(lists.values, kAdvancedRowFolder), longFolder.substr(0, 63));
+    EXPECT_EQ(RowText(lists.values, kAdvancedRowPicErrors), "1");
+    EXPECT_EQ(RowText(lists.values, kAdvancedRowSecondScreen), "1");
 }
 
 TEST(AdvancedOptionsRows, FolderCountsAsPickedOnlyWhenItChanged)
@@ -83,7 +78,7 @@ TEST(AdvancedOptionsRows, MultiProcessorOffsetCheck)
     EXPECT_EQ(ReadAdvancedOptionsDialog(lists, values).values.multiProcOffset, 1);
 }
 
-class AdvancedOptions : public EditorFixture {
+class AdvancedOptions : public pxtest::Editor {
 protected:
     void StartDemo(const std::string& settings = "")
     {
@@ -107,7 +102,7 @@ TEST_F(AdvancedOptions, OkStoresTheFlagsAndGoesToFrameZero)
     ClickAdvancedRow(kAdvancedRowMultiProc);
     ClickAdvancedRow(kAdvancedRowPicErrors);
     ClickAdvancedRow(kAdvancedRowSecondScreen);
-    PostReturn(pMain);
+    PostReturn(EditorDialogOwner());
     RunAnswered([] { PostAMessage(pMain, kMsgCommand, kAdvancedOptionsCommand, 0); });
     EXPECT_TRUE(pDoc->fieldSwap);
     EXPECT_TRUE(pDoc->flopTopField);
@@ -129,7 +124,7 @@ TEST_F(AdvancedOptions, AltImageFolderIsWrittenOnlyWhenAFolderWasPicked)
     StartDemo();
     char kept[kTextSetting];
     std::snprintf(kept, sizeof kept, "%s", pDoc->altImageFolder);
-    PostReturn(pMain);
+    PostReturn(EditorDialogOwner());
     RunAnswered([] { pMain->SpecialOptions(); });
     EXPECT_EQ(Setting("AltImageFolder"), "?");
     EXPECT_STREQ(pDoc->altImageFolder, kept);
@@ -137,7 +132,7 @@ TEST_F(AdvancedOptions, AltImageFolderIsWrittenOnlyWhenAFolderWasPicked)
     std::string picked = dir.File("pictures/one.bmp");
     PushFileDialogAnswer(picked.c_str());
     ClickAdvancedRow(kAdvancedRowFolder);
-    PostReturn(pMain);
+    PostReturn(EditorDialogOwner());
     RunAnswered([] { pMain->SpecialOptions(); });
     EXPECT_EQ(Setting("AltImageFolder"), dir.File("pictures/"));
     EXPECT_EQ(std::string(pDoc->altImageFolder), dir.File("pictures/"));
@@ -147,13 +142,19 @@ TEST_F(AdvancedOptions, SpecialAspectRatioOpensTheViewerShapeDialog)
 {
     StartDemo();
     ClickAdvancedRow(kAdvancedRowSpecialAspect);
-    PostReturn(pMain);
+    PostReturn(EditorDialogOwner());
     // The viewer-shape dialog that follows reads the next input.
     ClickRow(kViewerAspectRows, MakeViewerAspectDialog(0.75f, 0.0f).descriptions, kAspectRowSquare);
-    PostReturn(pMain);
+    PostReturn(EditorDialogOwner());
     RunAnswered([] { pMain->SpecialOptions(); });
     EXPECT_FLOAT_EQ(pDoc->aspectRatio, 1.0f);
     EXPECT_EQ(Setting("AspectMode"), "10000");
+}
+
+TEST_F(AdvancedOptions, DialogIsDrawnOverTheStage)
+{
+    StartDemo();
+    EXPECT_TRUE(ShownOverTheStage([] { pMain->SpecialOptions(); }));
 }
 
 TEST_F(AdvancedOptions, CancelChangesNothing)
@@ -161,7 +162,7 @@ TEST_F(AdvancedOptions, CancelChangesNothing)
     StartDemo();
     ClickAdvancedRow(kAdvancedRowFieldSwap);
     ClickAdvancedRow(kAdvancedRowSpecialAspect);
-    PostEscape(pMain);
+    PostEscape(EditorDialogOwner());
     RunAnswered([] { pMain->SpecialOptions(); });
     EXPECT_FALSE(pDoc->fieldSwap);
     EXPECT_EQ(Setting("FieldSwap"), "?");

@@ -14,16 +14,11 @@
 
 namespace {
 
-const std::string kDemoShow = std::string(PX_SOURCE_DIR) + "/resources/demo/demo.plx";
+using pxtest::kDemoShow;
 
 PrepPicturesLists RowsWith(const PrepValues& values) { return MakePrepPicturesDialog(values); }
 
-std::string Row(const char* rows, int row)
-{
-    char text[kDialogRowSize];
-    GetDialogValue(rows, row, text);
-    return text;
-}
+using pxtest::RowText;
 
 TEST(PrepPicturesRows, DescribeTheDialogInOrder)
 {
@@ -34,7 +29,7 @@ TEST(PrepPicturesRows, DescribeTheDialogInOrder)
         "@RColor Mode|Normal / Border", "@RImage Tint", "@CIgnore Alpha Channel",
     };
     for (int row = 0; row < kPrepPicturesRows; ++row)
-        EXPECT_EQ(Row(lists.descriptions, row), expected[row]);
+        EXPECT_EQ(RowText(lists.descriptions, row), expected[row]);
 }
 
 TEST(PrepPicturesRows, ShowTheValues)
@@ -47,15 +42,15 @@ TEST(PrepPicturesRows, ShowTheValues)
     values.showWord = 60 | (45 << 8);
     values.ignoreAlpha = false;
     PrepPicturesLists lists = RowsWith(values);
-    EXPECT_EQ(Row(lists.values, kPrepRowVideoSafe), "1");
-    EXPECT_EQ(Row(lists.values, kPrepRowPreBlur), "");
-    EXPECT_EQ(Row(lists.values, kPrepRowBorder), "12");
-    EXPECT_EQ(Row(lists.values, kPrepRowColour), "1193046");
-    EXPECT_EQ(Row(lists.values, kPrepRowContrast), "60");
-    EXPECT_EQ(Row(lists.values, kPrepRowBrightness), "45");
-    EXPECT_EQ(Row(lists.values, kPrepRowBorderMode), "1");
-    EXPECT_EQ(Row(lists.values, kPrepRowTint), "");
-    EXPECT_EQ(Row(lists.values, kPrepRowIgnoreAlpha), "");
+    EXPECT_EQ(RowText(lists.values, kPrepRowVideoSafe), "1");
+    EXPECT_EQ(RowText(lists.values, kPrepRowPreBlur), "");
+    EXPECT_EQ(RowText(lists.values, kPrepRowBorder), "12");
+    EXPECT_EQ(RowText(lists.values, kPrepRowColour), "1193046");
+    EXPECT_EQ(RowText(lists.values, kPrepRowContrast), "60");
+    EXPECT_EQ(RowText(lists.values, kPrepRowBrightness), "45");
+    EXPECT_EQ(RowText(lists.values, kPrepRowBorderMode), "1");
+    EXPECT_EQ(RowText(lists.values, kPrepRowTint), "");
+    EXPECT_EQ(RowText(lists.values, kPrepRowIgnoreAlpha), "");
 }
 
 TEST(PrepPicturesRows, NegativeBorderSelectsImageTint)
@@ -63,8 +58,8 @@ TEST(PrepPicturesRows, NegativeBorderSelectsImageTint)
     PrepValues values;
     values.border = -1;
     PrepPicturesLists lists = RowsWith(values);
-    EXPECT_EQ(Row(lists.values, kPrepRowBorderMode), "");
-    EXPECT_EQ(Row(lists.values, kPrepRowTint), "1");
+    EXPECT_EQ(RowText(lists.values, kPrepRowBorderMode), "");
+    EXPECT_EQ(RowText(lists.values, kPrepRowTint), "1");
 }
 
 TEST(PrepPicturesRows, MinusTwentyInBorderModeYieldsTwenty)
@@ -113,7 +108,7 @@ TEST(PrepPicturesRows, ReadBackWhatTheyShow)
     EXPECT_EQ(read.ignoreAlpha, values.ignoreAlpha);
 }
 
-class PrepPictures : public EditorFixture {
+class PrepPictures : public pxtest::Editor {
 protected:
     void StartDemo()
     {
@@ -133,6 +128,12 @@ protected:
     }
 };
 
+TEST_F(PrepPictures, DialogIsDrawnOverTheStage)
+{
+    StartDemo();
+    EXPECT_TRUE(ShownOverTheStage([] { pMain->ImagePrep(); }));
+}
+
 TEST_F(PrepPictures, CancelLeavesEveryValueAsBeforeAndReloadsNothing)
 {
     StartDemo();
@@ -141,7 +142,7 @@ TEST_F(PrepPictures, CancelLeavesEveryValueAsBeforeAndReloadsNothing)
     ClickPrepRow(kPrepRowTint);
     ClickPrepRow(kPrepRowPreBlur);
     ClickPrepRow(kPrepRowVideoSafe);
-    PostEscape(pMain);
+    PostEscape(EditorDialogOwner());
     RunAnswered([] { pMain->ImagePrep(); });
     PrepValues after = PrepValuesOf(*pDoc);
     EXPECT_EQ(after.border, before.border);
@@ -170,7 +171,7 @@ TEST_F(PrepPictures, OkSetsTheValuesReloadsEveryPictureAndKeepsTheKeys)
     gCurFrame = 40;
     ClickPrepRow(kPrepRowTint);
     ClickPrepRow(kPrepRowPreBlur);
-    PostReturn(pMain);
+    PostReturn(EditorDialogOwner());
     RunAnswered([] { pMain->ImagePrep(); });
     EXPECT_EQ(doc->border, -1);
     EXPECT_EQ(doc->preBlur, 1);
@@ -188,7 +189,7 @@ TEST_F(PrepPictures, CommandOpensTheDialog)
 {
     StartDemo();
     ClickPrepRow(kPrepRowPreBlur);
-    PostReturn(pMain);
+    PostReturn(EditorDialogOwner());
     RunAnswered([] { PostAMessage(pMain, kMsgCommand, kPrepPicturesCommand, 0); });
     EXPECT_EQ(pDoc->preBlur, 1);
 }
@@ -205,7 +206,7 @@ TEST_P(PreparedPicture, RendersInTheViewerAndInAMovieAsTheLoaderPreparesIt)
     // The values are put in the document while the pictures are still prepared the old way;
     // OK takes them from the rows and loads every picture again.
     SetPrepValues(*pDoc, chosen);
-    PostReturn(pMain);
+    PostReturn(EditorDialogOwner());
     RunAnswered([] { pMain->ImagePrep(); });
     ASSERT_EQ(pDoc->curPic, 0);
 

@@ -12,7 +12,7 @@
 
 namespace {
 
-const std::string kDemoShow = std::string(PX_SOURCE_DIR) + "/resources/demo/demo.plx";
+using pxtest::kDemoShow;
 
 int Selected(const ViewerAspectLists& lists)
 {
@@ -26,23 +26,18 @@ int Selected(const ViewerAspectLists& lists)
     return selected;
 }
 
-std::string Row(const char* rows, int row)
-{
-    char text[kDialogRowSize];
-    GetDialogValue(rows, row, text);
-    return text;
-}
+using pxtest::RowText;
 
 TEST(ViewerAspectRows, DescribeTheDialogInOrder)
 {
     ViewerAspectLists lists = MakeViewerAspectDialog(0.75f, 0.5f);
-    EXPECT_EQ(Row(lists.descriptions, 0), "@RViewer Shape|Square");
-    EXPECT_EQ(Row(lists.descriptions, 1), "@RVideo 4:3");
-    EXPECT_EQ(Row(lists.descriptions, 2), "@RVideo 16:9");
-    EXPECT_EQ(Row(lists.descriptions, 3), "@RImage");
-    EXPECT_EQ(Row(lists.descriptions, 4), "@RSpecify");
-    EXPECT_EQ(Row(lists.descriptions, 5), "Specify aspect ratio here");
-    EXPECT_EQ(Row(lists.values, kAspectRowTyped), "0.7500");
+    EXPECT_EQ(RowText(lists.descriptions, 0), "@RViewer Shape|Square");
+    EXPECT_EQ(RowText(lists.descriptions, 1), "@RVideo 4:3");
+    EXPECT_EQ(RowText(lists.descriptions, 2), "@RVideo 16:9");
+    EXPECT_EQ(RowText(lists.descriptions, 3), "@RImage");
+    EXPECT_EQ(RowText(lists.descriptions, 4), "@RSpecify");
+    EXPECT_EQ(RowText(lists.descriptions, 5), "Specify aspect ratio here");
+    EXPECT_EQ(RowText(lists.values, kAspectRowTyped), "0.7500");
 }
 
 TEST(ViewerAspectRows, PictureSixHundredByEightHundredPreselectsVideoFourByThree)
@@ -57,7 +52,7 @@ TEST(ViewerAspectRows, PreselectsByTheCurrentRatio)
     EXPECT_EQ(Selected(MakeViewerAspectDialog(0.5625f, 0.5f)), kAspectRowVideo169);
     EXPECT_EQ(Selected(MakeViewerAspectDialog(0.5f, 0.5f)), kAspectRowImage);
     EXPECT_EQ(Selected(MakeViewerAspectDialog(0.6f, 0.5f)), kAspectRowSpecify);
-    EXPECT_EQ(Row(MakeViewerAspectDialog(0.6f, 0.5f).values, kAspectRowTyped), "0.6000");
+    EXPECT_EQ(RowText(MakeViewerAspectDialog(0.6f, 0.5f).values, kAspectRowTyped), "0.6000");
 }
 
 TEST(ViewerAspectRows, ReadTheChosenShape)
@@ -81,7 +76,7 @@ TEST(ViewerAspectRows, TypedZeroOrNothingIsNoRatio)
     }
 }
 
-class ViewerAspect : public EditorFixture {
+class ViewerAspect : public pxtest::Editor {
 protected:
     static void ClickAspectRow(int row)
     {
@@ -119,7 +114,7 @@ TEST_F(ViewerAspect, TypedZeroChangesNothing)
     PushStringBoxAnswer("0");
     ClickAspectRow(kAspectRowTyped);
     ClickAspectRow(kAspectRowSpecify);
-    PostReturn(pMain);
+    PostReturn(EditorDialogOwner());
     RunAnswered([] { pMain->SetViewerAspect(); });
     EXPECT_EQ(pDoc->aspectMode, 7500);
     EXPECT_FLOAT_EQ(pDoc->aspectRatio, 0.75f);
@@ -134,7 +129,7 @@ TEST_F(ViewerAspect, TypedRatioReshapesTheViewerAndStoresTheMode)
     PushStringBoxAnswer("0.6");
     ClickAspectRow(kAspectRowTyped);
     ClickAspectRow(kAspectRowSpecify);
-    PostReturn(pMain);
+    PostReturn(EditorDialogOwner());
     RunAnswered([] { PostAMessage(pMain, kMsgCommand, kViewerAspectCommand, 0); });
     EXPECT_FLOAT_EQ(pDoc->aspectRatio, 0.6f);
     EXPECT_EQ(pDoc->aspectMode, 6000);
@@ -151,7 +146,7 @@ TEST_F(ViewerAspect, SixteenByNineChecksItsRenderItem)
     Start();
     ASSERT_TRUE(OpenShow(kDemoShow));
     ClickAspectRow(kAspectRowVideo169);
-    PostReturn(pMain);
+    PostReturn(EditorDialogOwner());
     RunAnswered([] { pMain->SetViewerAspect(); });
     EXPECT_EQ(pDoc->aspectMode, 5625);
     EXPECT_TRUE(Checked(1031));
@@ -163,9 +158,16 @@ TEST_F(ViewerAspect, UnchangedRatioKeepsTheLetterbox)
     Start("AspectMode=5626\r\n");
     ASSERT_TRUE(OpenShow(kDemoShow));
     ASSERT_FLOAT_EQ(pDoc->aspectRatio, 0.5625f);
-    PostReturn(pMain);
+    PostReturn(EditorDialogOwner());
     RunAnswered([] { pMain->SetViewerAspect(); });
     EXPECT_EQ(pDoc->aspectMode, 5626);
+}
+
+TEST_F(ViewerAspect, DialogIsDrawnOverTheStage)
+{
+    Start();
+    ASSERT_TRUE(OpenShow(kDemoShow));
+    EXPECT_TRUE(ShownOverTheStage([] { pMain->SetViewerAspect(); }));
 }
 
 TEST_F(ViewerAspect, CancelChangesNothing)
@@ -173,7 +175,7 @@ TEST_F(ViewerAspect, CancelChangesNothing)
     Start();
     ASSERT_TRUE(OpenShow(kDemoShow));
     ClickAspectRow(kAspectRowSquare);
-    PostEscape(pMain);
+    PostEscape(EditorDialogOwner());
     RunAnswered([] { pMain->SetViewerAspect(); });
     EXPECT_EQ(pDoc->aspectMode, 7500);
     EXPECT_EQ(Setting("AspectMode"), "?");
@@ -188,7 +190,7 @@ TEST_F(ViewerAspect, ImageTakesTheCurrentPicturesRatio)
     ASSERT_GT(picture, 0.0f);
     ASSERT_NE(picture, 0.75f);
     ClickAspectRow(kAspectRowImage);
-    PostReturn(pMain);
+    PostReturn(EditorDialogOwner());
     RunAnswered([] { pMain->SetViewerAspect(); });
     EXPECT_FLOAT_EQ(pDoc->aspectRatio, picture);
     EXPECT_EQ(pDoc->aspectMode, static_cast<int>(picture * 10000.0 + 0.5));

@@ -11,7 +11,7 @@
 
 namespace {
 
-using ViewerHiddenTest = EditorFixture;
+using ViewerHiddenTest = pxtest::Editor;
 
 TEST_F(ViewerHiddenTest, HidesTheViewerForItsScope)
 {

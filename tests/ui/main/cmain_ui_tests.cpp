@@ -18,7 +18,7 @@
 #include "platform/wnd/messages.h"
 #include "platform/wnd/shell.h"
 #include "platform/wnd/window_list.h"
-#include "support/temp_dir.h"
+#include "support/editor_fixture.h"
 #include "ui/editor_windows.h"
 #include "ui/main/doc_link.h"
 #include "ui/main/editor_pictures.h"
@@ -28,68 +28,11 @@
 
 namespace {
 
-const std::string kDemoShow = std::string(PX_SOURCE_DIR) + "/resources/demo/demo.plx";
-const std::string kDemoPicture = std::string(PX_SOURCE_DIR) + "/resources/demo/lake.png";
+using pxtest::kDemoShow;
+const std::string kDemoPicture = pxtest::kLake;
 
-class MainWindow : public testing::Test {
+class MainWindow : public pxtest::Editor {
 protected:
-    void SetUp() override
-    {
-        setenv("XDG_CONFIG_HOME", dir.Path().c_str(), 1);
-        InitEnvironment(nullptr, "Parallaxotron", 101);
-        gCurFrame = 0;
-        gMacDone = 0;
-    }
-    void TearDown() override
-    {
-        delete pMain;
-        pMain = nullptr;
-        delete pDoc;
-        pDoc = nullptr;
-        CloseEnvironment();
-    }
-    // The settings this run starts with; then the document and the main window.
-    void Start(const std::string& settings = "", bool standalone = true)
-    {
-        std::string text = "[Parallaxotron]\r\nShowPicError=0\r\n" + settings;
-        LoadIniText(text.data(), text.size());
-        pDoc = new CDoc;
-        pDoc->standalone = standalone ? 1 : 0;
-        pDoc->AttachEditor(&link);
-        pMain = new CMain(nullptr);
-    }
-    // Where a command sits in the menu bar; false when it is in none.
-    static bool Locate(int command, int* menu, int* item)
-    {
-        for (int m = 0; m < pMain->Menu.GetMenuCount(); ++m) {
-            for (int i = 0; i < pMain->Menu.GetItemCount(m); ++i) {
-                if (pMain->Menu.GetID(m, i) == command) {
-                    *menu = m;
-                    *item = i;
-                    return true;
-                }
-            }
-        }
-        return false;
-    }
-    static bool Checked(int command)
-    {
-        int menu = 0;
-        int item = 0;
-        return Locate(command, &menu, &item) && pMain->Menu.IsItemChecked(menu, item);
-    }
-    static bool Enabled(int command)
-    {
-        int menu = 0;
-        int item = 0;
-        return Locate(command, &menu, &item) && pMain->Menu.IsItemEnabled(menu, item);
-    }
-    static std::string Title()
-    {
-        char title[600];
-        pMain->GetTitle(title, sizeof title);
-        return title;
-    }
     static int ListIndex(const CPWnd* window)
     {
         for (int i = 0; i < gWindowList.count; ++i) {
@@ -98,19 +41,11 @@ protected:
         }
         return -1;
     }
-    static bool OpenShow(const std::string& path)
-    {
-        FSpec spec = PathFSpec(path.c_str());
-        return OpenDocumentFile(&spec, true);
-    }
     static void Click(int x, int y)
     {
         PostAMessage(pMain, kMsgButtonDown, 0, MakePointParam(x, y));
         PostAMessage(pMain, kMsgButtonUp, 0, MakePointParam(x, y));
     }
-
-    pxtest::TempDir dir;
-    EditorDocLink link;
 };
 
 TEST_F(MainWindow, MakesItsChildrenInOrderAndSetsTheGlobals)
@@ -134,6 +69,8 @@ TEST_F(MainWindow, MakesItsChildrenInOrderAndSetsTheGlobals)
     char viewerTitle[64];
     pViewer->GetTitle(viewerTitle, sizeof viewerTitle);
     EXPECT_STREQ(viewerTitle, "Viewer");
+    // The stage covers the main window's content: the dialogs are drawn over it.
+    EXPECT_EQ(EditorDialogOwner(), static_cast<CPWnd*>(pStage));
 }
 
 TEST_F(MainWindow, MenuBarHoldsTheFullTable)

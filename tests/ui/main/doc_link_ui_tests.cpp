@@ -9,29 +9,21 @@
 #include "doc/globals.h"
 #include "platform/wnd/cursor.h"
 #include "platform/wnd/shell.h"
-#include "support/temp_dir.h"
+#include "support/editor_fixture.h"
 #include "ui/editor_windows.h"
 #include "ui/stage/cstage.h"
 #include "ui/timeline/ctime.h"
 
 namespace {
 
-class DocLink : public testing::Test {
+// The document alone, with the fixture's link and no main window.
+class DocLink : public pxtest::Editor {
 protected:
     void SetUp() override
     {
-        setenv("XDG_CONFIG_HOME", dir.Path().c_str(), 1);
-        InitEnvironment(nullptr, "Parallaxotron", 101);
+        pxtest::Editor::SetUp();
         pDoc = new CDoc;
     }
-    void TearDown() override
-    {
-        delete pDoc;
-        pDoc = nullptr;
-        CloseEnvironment();
-    }
-    pxtest::TempDir dir;
-    EditorDocLink link;
 };
 
 TEST_F(DocLink, WithoutStageTheDocumentKeepsTheCamera)

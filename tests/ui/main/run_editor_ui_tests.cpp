@@ -16,7 +16,7 @@
 #include "platform/wnd/shell.h"
 #include "platform/wnd/window_list.h"
 #include "support/close_when_shown.h"
-#include "support/temp_dir.h"
+#include "support/editor_fixture.h"
 #include "ui/editor_windows.h"
 
 namespace {
@@ -33,24 +33,15 @@ void CloseWhenShown(const char* title, int* picturesSeen)
                                  [picturesSeen]() { *picturesSeen = pDoc->picCount; });
 }
 
-class RunEditor : public testing::Test {
+// The document alone: the editor's windows are RunEditorWindows' to make and take down.
+class RunEditor : public pxtest::Editor {
 protected:
     void SetUp() override
     {
-        setenv("XDG_CONFIG_HOME", dir.Path().c_str(), 1);
-        InitEnvironment(nullptr, "Parallaxotron", 101);
-        std::string text = "[Parallaxotron]\r\nShowPicError=0\r\n";
-        LoadIniText(text.data(), text.size());
-        gCurFrame = 0;
-        gMacDone = 0;
+        pxtest::Editor::SetUp();
+        pxtest::LoadEditorSettings("");
         pDoc = new CDoc;
         pDoc->standalone = 1;
-    }
-    void TearDown() override
-    {
-        delete pDoc;
-        pDoc = nullptr;
-        CloseEnvironment();
     }
     void ExpectEverythingTakenDown()
     {
@@ -63,7 +54,6 @@ protected:
         // reach it (the sanitizer build sees a call through a link left behind).
         pDoc->GotoFrame(10, false);
     }
-    pxtest::TempDir dir;
 };
 
 TEST_F(RunEditor, OpensTheShowHandedOverAndTakesEveryWindowDownAfterTheLoop)

@@ -17,44 +17,20 @@
 #include "platform/wnd/messages.h"
 #include "platform/wnd/shell.h"
 #include "platform/wnd/wnd_test_support.h"
-#include "support/temp_dir.h"
+#include "support/editor_fixture.h"
 #include "ui/editor_windows.h"
 #include "ui/main/cmain.h"
 #include "ui/main/doc_link.h"
 
 namespace {
 
-const std::string kDemoShow = std::string(PX_SOURCE_DIR) + "/resources/demo/demo.plx";
-
-class Stage : public testing::Test {
+class Stage : public pxtest::Editor {
 protected:
-    void SetUp() override
-    {
-        setenv("XDG_CONFIG_HOME", dir.Path().c_str(), 1);
-        InitEnvironment(nullptr, "Parallaxotron", 101);
-        gCurFrame = 0;
-        gMacDone = 0;
-    }
-    void TearDown() override
-    {
-        delete pMain;
-        pMain = nullptr;
-        delete pDoc;
-        pDoc = nullptr;
-        CloseEnvironment();
-    }
     // The editor on the demo show, at a frame of picture 0 with no key near it.
-    void Start(const std::string& settings = "")
+    void StartAtFreeFrame(const std::string& settings = "")
     {
-        std::string text = "[Parallaxotron]\r\nShowPicError=0\r\n" + settings;
-        LoadIniText(text.data(), text.size());
-        pDoc = new CDoc;
-        pDoc->standalone = 1;
-        pDoc->AttachEditor(&link);
-        pMain = new CMain(nullptr);
-        pMain->SetWinRect(0, 0, 1280, 800, true);
-        FSpec spec = PathFSpec(kDemoShow.c_str());
-        ASSERT_TRUE(OpenDocumentFile(&spec, true));
+        StartWithDemo(settings);
+        ASSERT_FALSE(HasFatalFailure());
         ASSERT_NE(pStage, nullptr);
         ASSERT_GT(pDoc->GetKeyCount(0), 1);
         KeyStruct second{};
@@ -70,15 +46,6 @@ protected:
     static void Send(unsigned int msg, long wParam, int x, int y)
     {
         pStage->HandleEvent(msg, wParam, MakePointParam(x, y));
-    }
-    // The key the show holds at the current frame, or false.
-    static bool KeyHere(KeyStruct* key)
-    {
-        int index = pDoc->FindKey(gCurFrame);
-        if (index < 0)
-            return false;
-        pDoc->GetKey(index, *key, pDoc->FindCurPic(gCurFrame));
-        return true;
     }
     // Press at `from`, move in steps of 10 pixels to `from` + (dx, 0), release there: real Qt
     // input on the stage's content.
@@ -97,14 +64,12 @@ protected:
     static void Undo() { pDoc->UnDo(); }
     static void Redo() { pDoc->ReDo(); }
 
-    pxtest::TempDir dir;
-    EditorDocLink link;
     long frame = 0;
 };
 
 TEST_F(Stage, PressOnTheCentreStartsAMoveAndTheReleaseAddsTheKeyWithUndo)
 {
-    Start();
+    StartAtFreeFrame();
     int keys = pDoc->GetKeyCount(0);
     int undo = pDoc->undoCount;
     StageFrame f = Frame();
@@ -120,7 +85,7 @@ TEST_F(Stage, PressOnTheCentreStartsAMoveAndTheReleaseAddsTheKeyWithUndo)
 
 TEST_F(Stage, WithoutAutoAddKeyTheReleaseLeavesTheShowAlone)
 {
-    Start("AutoAddKey=0\r\n");
+    StartAtFreeFrame("AutoAddKey=0\r\n");
     int keys = pDoc->GetKeyCount(0);
     StageFrame f = Frame();
     float x = pStage->currentKey.XPos;
@@ -134,7 +99,7 @@ TEST_F(Stage, WithoutAutoAddKeyTheReleaseLeavesTheShowAlone)
 
 TEST_F(Stage, PressOffTheFrameStartsNothing)
 {
-    Start();
+    StartAtFreeFrame();
     StageFrame f = Frame();
     Send(kMsgButtonDown, 0, f.centre.x, f.centre.y - f.hh - 20);
     EXPECT_EQ(pStage->DragMode(), kHitNone);
@@ -145,7 +110,7 @@ TEST_F(Stage, PressOffTheFrameStartsNothing)
 
 TEST_F(Stage, PressBesideTheFrameLeavesTheDrawingAsItWas)
 {
-    Start();
+    StartAtFreeFrame();
     pStage->HandleEvent(kMsgPaint, 0, 0);
     DrawPort* port = pStage->GetPort();
     ASSERT_NE(port, nullptr);
@@ -163,7 +128,7 @@ TEST_F(Stage, PressBesideTheFrameLeavesTheDrawingAsItWas)
 
 TEST_F(Stage, EditEndedAndDoubleClickCancelTheDrag)
 {
-    Start();
+    StartAtFreeFrame();
     StageFrame f = Frame();
     Send(kMsgButtonDown, 0, f.centre.x, f.centre.y);
     pStage->HandleEvent(kMsgEditEnded, 0, 0);
@@ -180,7 +145,7 @@ TEST_F(Stage, EditEndedAndDoubleClickCancelTheDrag)
 
 TEST_F(Stage, CursorFollowsWhatThePointerIsOver)
 {
-    Start();
+    StartAtFreeFrame();
     StageFrame f = Frame();
     Send(kMsgMouseMoved, 0, f.centre.x, f.centre.y);
     EXPECT_EQ(GetCursorImage(), kCursorImageMove);
@@ -196,7 +161,7 @@ TEST_F(Stage, CursorFollowsWhatThePointerIsOver)
 
 TEST_F(Stage, KeysChangeTheCurrentKeyAndHomeGoesOnPlain)
 {
-    Start();
+    StartAtFreeFrame();
     KeyStruct before = pStage->currentKey;
     pStage->HandleEvent(kMsgKeyDown, kCharRight, 0);
     EXPECT_FLOAT_EQ(pStage->currentKey.XPos, before.XPos + 1.0f);
@@ -212,7 +177,7 @@ TEST_F(Stage, KeysChangeTheCurrentKeyAndHomeGoesOnPlain)
 
 TEST_F(Stage, OptionArrowAndOptionHomeFromRealKeys)
 {
-    Start();
+    StartAtFreeFrame();
     QWidget* content = Content(pStage);
     float width = pStage->currentKey.Width;
     SendKey(content, QEvent::KeyPress, Qt::Key_Left, Qt::AltModifier);
@@ -228,7 +193,7 @@ TEST_F(Stage, OptionArrowAndOptionHomeFromRealKeys)
 
 TEST_F(Stage, WheelScrollsSixtyPixelsANotch)
 {
-    Start();
+    StartAtFreeFrame();
     pStage->HandleEvent(kMsgWheelVertical, 1, At(10, 10));
     EXPECT_EQ(pStage->GetViewScrollY(), 60);
     pStage->HandleEvent(kMsgWheelHorizontal, 2, At(10, 10));
@@ -241,7 +206,7 @@ TEST_F(Stage, WheelScrollsSixtyPixelsANotch)
 
 TEST_F(Stage, PaintingShowsThePictureCentredAndTheFrameInBlack)
 {
-    Start("CenterPic=1\r\n");
+    StartAtFreeFrame("CenterPic=1\r\n");
     pStage->HandleEvent(kMsgPaint, 0, 0);
     tagRECT client;
     pStage->GetClientRect(client);
@@ -257,7 +222,7 @@ TEST_F(Stage, PaintingShowsThePictureCentredAndTheFrameInBlack)
 
 TEST_F(Stage, RubberFrameDrawnTwiceLeavesEveryPixelAsItWas)
 {
-    Start();
+    StartAtFreeFrame();
     pStage->HandleEvent(kMsgPaint, 0, 0);
     DrawPort* port = pStage->GetPort();
     ASSERT_NE(port, nullptr);
@@ -278,7 +243,7 @@ TEST_F(Stage, RubberFrameDrawnTwiceLeavesEveryPixelAsItWas)
 
 TEST_F(Stage, ReleaseOnAKeyMarkerJumpsToItsFrame)
 {
-    Start("ShowCameraPath=1\r\n");
+    StartAtFreeFrame("ShowCameraPath=1\r\n");
     KeyStruct second{};
     pDoc->GetKey(1, second, 0);
     StageView view = pStage->View();
@@ -296,7 +261,7 @@ TEST_F(Stage, ReleaseOnAKeyMarkerJumpsToItsFrame)
 
 TEST_F(Stage, WalkThroughMoveDragAddsAKeyFortyPixelsOnWithUndoAndRedo)
 {
-    Start();
+    StartAtFreeFrame();
     float s = pStage->scale;
     float x = pStage->currentKey.XPos;
     float y = pStage->currentKey.YPos;
@@ -316,7 +281,7 @@ TEST_F(Stage, WalkThroughMoveDragAddsAKeyFortyPixelsOnWithUndoAndRedo)
 
 TEST_F(Stage, WalkThroughCornerDragWidensTheFrame)
 {
-    Start();
+    StartAtFreeFrame();
     float s = pStage->scale;
     float width = pStage->currentKey.Width;
     StageFrame f = Frame();
@@ -334,7 +299,7 @@ TEST_F(Stage, WalkThroughCornerDragWidensTheFrame)
 
 TEST_F(Stage, WalkThroughRotationDragTurnsTwentyDegrees)
 {
-    Start();
+    StartAtFreeFrame();
     float rotation = pStage->currentKey.Rotation;
     Drag(Frame().corner[0], 40);
     KeyStruct key{};
@@ -350,7 +315,7 @@ TEST_F(Stage, WalkThroughRotationDragTurnsTwentyDegrees)
 
 TEST_F(Stage, WalkThroughTiltDragsTurnRot3AndWithShiftRot2)
 {
-    Start();
+    StartAtFreeFrame();
     float rot3 = pStage->currentKey.Rot3;
     Drag(Frame().corner[0], 40, Qt::ControlModifier);
     KeyStruct key{};

@@ -27,14 +27,6 @@ using namespace pxtest;
 constexpr const char* kProgram = "px_stage_drag_check";
 constexpr int kDrag = 40;
 
-void SendMouse(QWidget* widget, QEvent::Type type, QPoint at, Qt::MouseButtons held)
-{
-    Qt::MouseButton button = type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton;
-    QMouseEvent event(type, QPointF(at), QPointF(widget->mapToGlobal(at)), button, held,
-                      Qt::NoModifier);
-    QCoreApplication::sendEvent(widget, &event);
-}
-
 // Builds the editor on the show, drags, checks the key and the screen.
 int Check(const char* show, const char* referencePath, const char* screenshotPath)
 {
@@ -54,10 +46,10 @@ int Check(const char* show, const char* referencePath, const char* screenshotPat
     tagPOINT centre = FrameOf(pStage->currentKey, pStage->View()).centre;
     QWidget* content = GetContentWidget(pStage);
     QPoint from(centre.x, centre.y);
-    SendMouse(content, QEvent::MouseButtonPress, from, Qt::LeftButton);
+    Press(content, from);
     for (int step = 10; step <= kDrag; step += 10)
-        SendMouse(content, QEvent::MouseMove, from + QPoint(step, 0), Qt::LeftButton);
-    SendMouse(content, QEvent::MouseButtonRelease, from + QPoint(kDrag, 0), Qt::NoButton);
+        Move(content, from + QPoint(step, 0));
+    Release(content, from + QPoint(kDrag, 0));
     Settle(800);
 
     int index = pDoc->FindKey(gCurFrame);

@@ -15,7 +15,7 @@
 #include "platform/file/paths.h"
 #include "platform/ini/settings.h"
 #include "platform/wnd/shell.h"
-#include "support/temp_dir.h"
+#include "support/editor_fixture.h"
 #include "ui/editor_windows.h"
 #include "ui/main/cmain.h"
 #include "ui/main/doc_link.h"
@@ -24,38 +24,19 @@
 
 namespace {
 
-const std::string kDemoShow = std::string(PX_SOURCE_DIR) + "/resources/demo/demo.plx";
-
-class Timeline : public testing::Test {
+// Every test starts on the demo show.
+class Timeline : public pxtest::Editor {
 protected:
     void SetUp() override
     {
-        setenv("XDG_CONFIG_HOME", dir.Path().c_str(), 1);
-        InitEnvironment(nullptr, "Parallaxotron", 101);
-        gCurFrame = 0;
-        gMacDone = 0;
-        std::string text = "[Parallaxotron]\r\nShowPicError=0\r\n";
-        LoadIniText(text.data(), text.size());
-        pDoc = new CDoc;
-        pDoc->standalone = 1;
-        pDoc->AttachEditor(&link);
-        pMain = new CMain(nullptr);
-        pMain->SetWinRect(0, 0, 1280, 800, true);
-        FSpec spec = PathFSpec(kDemoShow.c_str());
-        ASSERT_TRUE(OpenDocumentFile(&spec, true));
+        pxtest::Editor::SetUp();
+        StartWithDemo();
+        ASSERT_FALSE(HasFatalFailure());
         ASSERT_NE(pTime, nullptr);
         ASSERT_GE(pDoc->picCount, 3);
         pTime->SetMaxTime(pDoc->showLength);
         pDoc->dirty = false;
         ProcessEvents();
-    }
-    void TearDown() override
-    {
-        delete pMain;
-        pMain = nullptr;
-        delete pDoc;
-        pDoc = nullptr;
-        CloseEnvironment();
     }
     // Window x of an absolute frame (the time line is not scrolled in these tests).
     static int XOf(long frame) { return static_cast<int>(pTime->ToPix(frame)); }
@@ -108,9 +89,6 @@ protected:
             }
         return false;
     }
-
-    pxtest::TempDir dir;
-    EditorDocLink link;
 };
 
 constexpr int kKeyY = 22;

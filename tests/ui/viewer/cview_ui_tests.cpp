@@ -23,7 +23,7 @@
 #include "platform/wnd/shell.h"
 #include "platform/wnd/ticks.h"
 #include "platform/wnd/wnd_test_support.h"
-#include "support/temp_dir.h"
+#include "support/editor_fixture.h"
 #include "ui/editor_windows.h"
 #include "ui/main/cmain.h"
 #include "ui/main/doc_link.h"
@@ -32,39 +32,14 @@
 
 namespace {
 
-const std::string kDemoShow = std::string(PX_SOURCE_DIR) + "/resources/demo/demo.plx";
-
-class Viewer : public testing::Test {
+class Viewer : public pxtest::Editor {
 protected:
-    void SetUp() override
+    // The editor on the demo show, without motion blur (a frame is then one render).
+    void StartOnDemo(const std::string& settings = "")
     {
-        setenv("XDG_CONFIG_HOME", dir.Path().c_str(), 1);
-        InitEnvironment(nullptr, "Parallaxotron", 101);
-        gCurFrame = 0;
-        gMacDone = 0;
-        ClearStringBoxScript();
-    }
-    void TearDown() override
-    {
-        delete pMain;
-        pMain = nullptr;
-        delete pDoc;
-        pDoc = nullptr;
-        ClearStringBoxScript();
-        CloseEnvironment();
-    }
-    void Start(const std::string& settings = "")
-    {
-        std::string text = "[Parallaxotron]\r\nShowPicError=0\r\n" + settings;
-        LoadIniText(text.data(), text.size());
-        pDoc = new CDoc;
-        pDoc->standalone = 1;
+        Start(settings);
         pDoc->blurFrames = 0;
-        pDoc->AttachEditor(&link);
-        pMain = new CMain(nullptr);
-        pMain->SetWinRect(0, 0, 1280, 800, true);
-        FSpec spec = PathFSpec(kDemoShow.c_str());
-        ASSERT_TRUE(OpenDocumentFile(&spec, true));
+        ASSERT_TRUE(OpenShow(pxtest::kDemoShow));
         ASSERT_NE(pViewer, nullptr);
         pDoc->blurFrames = 0;
         ProcessEvents();
@@ -107,14 +82,11 @@ protected:
                 Release(Content(pViewer), at);
         });
     }
-
-    pxtest::TempDir dir;
-    EditorDocLink link;
 };
 
 TEST_F(Viewer, PictureAreaIsTruncWidthTimesRatioHigh)
 {
-    Start();
+    StartOnDemo();
     tagRECT client;
     pViewer->GetClientRect(client);
     int width = client.right - client.left;
@@ -125,7 +97,7 @@ TEST_F(Viewer, PictureAreaIsTruncWidthTimesRatioHigh)
 
 TEST_F(Viewer, ResizeRestoresTheAspectAndStoresThePlace)
 {
-    Start();
+    StartOnDemo();
     tagRECT rect;
     pViewer->GetWinRect(rect);
     rect.right = rect.left + 300;
@@ -145,7 +117,7 @@ TEST_F(Viewer, ResizeRestoresTheAspectAndStoresThePlace)
 
 TEST_F(Viewer, StoredPlaceBelow32ReadsAs32)
 {
-    Start("ViewerTop=31\r\nViewerLeft=5\r\nViewerWidth=20\r\n");
+    StartOnDemo("ViewerTop=31\r\nViewerLeft=5\r\nViewerWidth=20\r\n");
     tagRECT rect;
     pViewer->GetWinRect(rect);
     EXPECT_EQ(rect.top, 32);
@@ -155,7 +127,7 @@ TEST_F(Viewer, StoredPlaceBelow32ReadsAs32)
 
 TEST_F(Viewer, FullRefreshEqualsTheMovieFrame)
 {
-    Start();
+    StartOnDemo();
     ASSERT_GT(pDoc->picCount, 1);
     // A rotated camera on the first picture's second key.
     ASSERT_GT(pDoc->GetKeyCount(0), 1);
@@ -176,7 +148,7 @@ TEST_F(Viewer, FullRefreshEqualsTheMovieFrame)
 
 TEST_F(Viewer, DragRefreshIsTheNearestCropOfTheStagesCamera)
 {
-    Start();
+    StartOnDemo();
     pDoc->GotoFrame(10, false);
     pStage->currentKey.XPos += 31.0f;
     pStage->currentKey.Width *= 0.8f;
@@ -208,7 +180,7 @@ bool PortShowsViewImage(int x, int y)
 
 TEST_F(Viewer, TvSafeOffDrawsNothingOverThePicture)
 {
-    Start();
+    StartOnDemo();
     pDoc->GotoFrame(100, false);
     pViewer->Refresh(true);
     ViewerSafeAreas safe = ViewerSafeAreasOf(ViewerPictureArea([] {
@@ -230,7 +202,7 @@ TEST_F(Viewer, TvSafeOffDrawsNothingOverThePicture)
 
 TEST_F(Viewer, CloseRequestDoesNotCloseTheViewer)
 {
-    Start();
+    StartOnDemo();
     EXPECT_EQ(pViewer->HandleEvent(kMsgClose, 0, 0), 1);
     ProcessEvents();
     ASSERT_NE(pViewer, nullptr);
@@ -239,7 +211,7 @@ TEST_F(Viewer, CloseRequestDoesNotCloseTheViewer)
 
 TEST_F(Viewer, ShowHideMessage)
 {
-    Start();
+    StartOnDemo();
     pViewer->HandleEvent(1023, 0, 0);
     EXPECT_FALSE(pViewer->IsVisible());
     pViewer->HandleEvent(1023, 1, 0);
@@ -248,14 +220,14 @@ TEST_F(Viewer, ShowHideMessage)
 
 TEST_F(Viewer, MessagesOutsideItsRangeAreNotHandled)
 {
-    Start();
+    StartOnDemo();
     EXPECT_EQ(pViewer->HandleEvent(1000, 0, 0), 0);
     EXPECT_EQ(pViewer->HandleEvent(1024, 0, 0), 0);
 }
 
 TEST_F(Viewer, PointerMoveShowsTheArrow)
 {
-    Start();
+    StartOnDemo();
     ChangeCursor(11);
     pViewer->HandleEvent(kMsgMouseMoved, 0, MakePointParam(5, 5));
     EXPECT_EQ(GetCursorImage(), CursorImageForKind(1));
@@ -263,7 +235,7 @@ TEST_F(Viewer, PointerMoveShowsTheArrow)
 
 TEST_F(Viewer, TimecodeClickAsksAndJumps)
 {
-    Start();
+    StartOnDemo();
     pDoc->GotoFrame(0, false);
     char code[64] = {};
     FrameToString(code, 120, false);
@@ -289,7 +261,7 @@ TEST_F(Viewer, TimecodeClickAsksAndJumps)
 
 TEST_F(Viewer, AddKeyButtonAddsAKey)
 {
-    Start();
+    StartOnDemo();
     int pic = 0;
     KeyStruct second{};
     pDoc->GetKey(1, second, pic);
@@ -303,7 +275,7 @@ TEST_F(Viewer, AddKeyButtonAddsAKey)
 
 TEST_F(Viewer, PlayForOneSecondFollowsTheClock)
 {
-    Start();
+    StartOnDemo();
     pDoc->GotoFrame(0, false);
     ASSERT_GT(LastKeyFrame(), 60);
     ClickLater(1000, pViewer->stop.GetRect());
@@ -321,7 +293,7 @@ TEST_F(Viewer, PlayForOneSecondFollowsTheClock)
 
 TEST_F(Viewer, PlaybackStopsAtTheLastKey)
 {
-    Start();
+    StartOnDemo();
     long last = LastKeyFrame();
     ASSERT_LT(last, pDoc->showLength);
     pDoc->GotoFrame(last - 6, false);
@@ -333,7 +305,7 @@ TEST_F(Viewer, PlaybackStopsAtTheLastKey)
 
 TEST_F(Viewer, PlayAtOrAfterTheEndRestartsFromZero)
 {
-    Start();
+    StartOnDemo();
     pDoc->GotoFrame(LastKeyFrame(), false);
     ClickLater(150, pViewer->stop.GetRect());
     pViewer->SetSpeed(1);
@@ -342,7 +314,7 @@ TEST_F(Viewer, PlayAtOrAfterTheEndRestartsFromZero)
 
 TEST_F(Viewer, BackwardsPlayFromFrame10StopsAtZero)
 {
-    Start();
+    StartOnDemo();
     pDoc->GotoFrame(10, false);
     ClickLater(3000, pViewer->stop.GetRect());  // only a safety net
     long before = GetMilliTime();
@@ -354,7 +326,7 @@ TEST_F(Viewer, BackwardsPlayFromFrame10StopsAtZero)
 
 TEST_F(Viewer, KeyDownEndsPlayback)
 {
-    Start();
+    StartOnDemo();
     pDoc->GotoFrame(0, false);
     QTimer::singleShot(200, []() {
         if (pViewer)
@@ -367,7 +339,7 @@ TEST_F(Viewer, KeyDownEndsPlayback)
 
 TEST_F(Viewer, QuitDuringPlaybackEndsTheLoop)
 {
-    Start();
+    StartOnDemo();
     pDoc->GotoFrame(0, false);
     QTimer::singleShot(200, []() { gMacDone = 1; });
     pViewer->SetSpeed(1);
@@ -377,7 +349,7 @@ TEST_F(Viewer, QuitDuringPlaybackEndsTheLoop)
 
 TEST_F(Viewer, ButtonDownPressesOnlyTheButtonHit)
 {
-    Start();
+    StartOnDemo();
     QPoint at = Centre(pViewer->forwards.GetRect());
     pViewer->HandleEvent(kMsgButtonDown, 0, MakePointParam(at.x(), at.y()));
     EXPECT_EQ(pViewer->forwards.GetState(), kButtonPressed);
@@ -402,7 +374,7 @@ TEST_F(Viewer, ButtonDownPressesOnlyTheButtonHit)
 
 TEST_F(Viewer, ButtonUpEndsTheStagesDrag)
 {
-    Start();
+    StartOnDemo();
     StageFrame f = FrameOf(pStage->currentKey, pStage->View());
     Press(Content(pStage), QPoint(f.centre.x, f.centre.y));
     ASSERT_NE(pStage->DragMode(), kHitNone);
@@ -412,7 +384,7 @@ TEST_F(Viewer, ButtonUpEndsTheStagesDrag)
 
 TEST_F(Viewer, BackwardsPlayAtTheEndDoesNotRestartFromZero)
 {
-    Start();
+    StartOnDemo();
     long last = LastKeyFrame();
     pDoc->GotoFrame(last, false);
     ClickLater(150, pViewer->stop.GetRect());
@@ -423,7 +395,7 @@ TEST_F(Viewer, BackwardsPlayAtTheEndDoesNotRestartFromZero)
 
 TEST_F(Viewer, HostedPlaybackRunsPastTheLastKeyToTheShowsEnd)
 {
-    Start();
+    StartOnDemo();
     pDoc->standalone = 0;
     long last = LastKeyFrame();
     ASSERT_LT(last + 10, pDoc->showLength);
@@ -436,14 +408,14 @@ TEST_F(Viewer, HostedPlaybackRunsPastTheLastKeyToTheShowsEnd)
 
 TEST_F(Viewer, TicksPerFrameFromTheClockAndTheRate)
 {
-    Start();
+    StartOnDemo();
     EXPECT_EQ(pViewer->ticksPerFrame, GetMilliTimeFreq() * 100 / gFrameRate);
     EXPECT_GE(pViewer->ticksPerFrame, 1);
 }
 
 TEST_F(Viewer, KeysGoToTheMainWindowUnchangedAndAreNotHandled)
 {
-    Start();
+    StartOnDemo();
     RecordingWindow main;
     CPWnd* saved = gMainWindowPtr;
     gMainWindowPtr = &main;
@@ -458,7 +430,7 @@ TEST_F(Viewer, KeysGoToTheMainWindowUnchangedAndAreNotHandled)
 
 TEST_F(Viewer, StageDragShowsTheNearestCropInTheViewer)
 {
-    Start();
+    StartOnDemo();
     KeyStruct second{};
     pDoc->GetKey(1, second, 0);
     pDoc->GotoFrame(pDoc->GetPicStart(0) + second.Frame / 2, true);
