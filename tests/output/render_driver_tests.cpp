@@ -152,6 +152,8 @@ protected:
         return value;
     }
 
+    void RenderSixFramesWithTheWorker(bool multipleProcessors);
+
     pxtest::TempDir dir;
     RecordingProgress progress;
 };
@@ -283,20 +285,18 @@ TEST_F(RenderDriver, EscEndsTheRunAfterTheCurrentFrameWritesTheTailHoldAndSuccee
     EXPECT_EQ(boxes[0].text, "Movie file(s) successfully made");
 }
 
-TEST_F(RenderDriver, FirstFrameIsSplitWhileTheWriterWaitsAndTheUsersChoiceIsKept)
+// Six frames of a flat picture into "split.mov" with the worker running and "Multiple
+// Processors" as given; the progress notes which frames were to be split.
+void RenderDriver::RenderSixFramesWithTheWorker(bool multipleProcessors)
 {
     OnePicture(Rgb{10, 20, 30}, 30);
     ASSERT_TRUE(InitMPWithProcessors(2));
-    gMultiProcess = false;
+    gMultiProcess = multipleProcessors;
     CDIB frame(kWidth, kHeight, 32);
     ASSERT_TRUE(OpenMovie("split.mov", &frame));
     EXPECT_TRUE(MakeMovie(*doc, &frame, 0, 0, 6, 0, 100, progress));
     QTMovieWriteClose();
     CloseMP();
-    // Nothing is being written before the first frame: the writer's processor is free.
-    ASSERT_EQ(progress.split.size(), 6u);
-    EXPECT_TRUE(progress.split[0]);
-    EXPECT_FALSE(gMultiProcess);
     EXPECT_EQ(MovieFrames("split.mov"), 6);
     Rgb colour = MovieColour("split.mov", 5);
     EXPECT_EQ(colour.red, 10);
@@ -304,16 +304,18 @@ TEST_F(RenderDriver, FirstFrameIsSplitWhileTheWriterWaitsAndTheUsersChoiceIsKept
     EXPECT_EQ(colour.blue, 30);
 }
 
+TEST_F(RenderDriver, FirstFrameIsSplitWhileTheWriterWaitsAndTheUsersChoiceIsKept)
+{
+    RenderSixFramesWithTheWorker(false);
+    // Nothing is being written before the first frame: the writer's processor is free.
+    ASSERT_EQ(progress.split.size(), 6u);
+    EXPECT_TRUE(progress.split[0]);
+    EXPECT_FALSE(gMultiProcess);
+}
+
 TEST_F(RenderDriver, MultipleProcessorsOnSplitsEveryFrame)
 {
-    OnePicture(Rgb{10, 20, 30}, 30);
-    ASSERT_TRUE(InitMPWithProcessors(2));
-    gMultiProcess = true;
-    CDIB frame(kWidth, kHeight, 32);
-    ASSERT_TRUE(OpenMovie("split.mov", &frame));
-    EXPECT_TRUE(MakeMovie(*doc, &frame, 0, 0, 6, 0, 100, progress));
-    QTMovieWriteClose();
-    CloseMP();
+    RenderSixFramesWithTheWorker(true);
     EXPECT_EQ(progress.split, std::vector<bool>(6, true));
     EXPECT_TRUE(gMultiProcess);
     gMultiProcess = false;
