@@ -163,6 +163,14 @@ protected:
     // A plain key pressed in the main window.
     static void Key(long key) { PostAMessage(pMain, kMsgKeyDown, key, 0); }
 
+    // A real Esc key press and release on `window`'s content, as the user types it.
+    static void TypeEscape(CPWnd* window)
+    {
+        const QString escape = QStringLiteral("\x1b");
+        SendKey(Content(window), QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier, escape);
+        SendKey(Content(window), QEvent::KeyRelease, Qt::Key_Escape, Qt::NoModifier, escape);
+    }
+
     // Where a command sits in the menu bar; false when it is in none.
     static bool Locate(int command, int* menu, int* item)
     {

@@ -129,11 +129,7 @@ TEST_F(MakeFlashFile, EscDuringTheExportEndsItWithTheFramesMadeSoFarUnderTheProg
         pressedAt = gCurFrame;
         QImage stage = Content(pStage)->grab().toImage();
         panelShown = stage.pixel(panel.left + 3, panel.top + 3) == qRgb(255, 255, 255);
-        QKeyEvent press(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier, QStringLiteral("\x1b"));
-        QKeyEvent release(QEvent::KeyRelease, Qt::Key_Escape, Qt::NoModifier,
-                          QStringLiteral("\x1b"));
-        QCoreApplication::sendEvent(Content(pStage), &press);
-        QCoreApplication::sendEvent(Content(pStage), &release);
+        TypeEscape(pStage);
     });
     typist.start(1);
     bool made = false;
