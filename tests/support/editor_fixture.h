@@ -163,6 +163,14 @@ protected:
     // A plain key pressed in the main window.
     static void Key(long key) { PostAMessage(pMain, kMsgKeyDown, key, 0); }
 
+    // A real Esc key press and release on `window`'s content, as the user types it.
+    static void TypeEscape(CPWnd* window)
+    {
+        const QString escape = QStringLiteral("\x1b");
+        SendKey(Content(window), QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier, escape);
+        SendKey(Content(window), QEvent::KeyRelease, Qt::Key_Escape, Qt::NoModifier, escape);
+    }
+
     // Where a command sits in the menu bar; false when it is in none.
     static bool Locate(int command, int* menu, int* item)
     {
@@ -235,14 +243,15 @@ protected:
         PostClick(EditorDialogOwner(), (area.left + area.right) / 2, (area.top + area.bottom) / 2);
     }
     // Runs `command` (a dialog reading the input posted before); fails the test when the input
-    // given did not end it within two seconds.
+    // given did not end it within `limitMs` (then Esc ends it). A command that goes on to a
+    // render reading input between frames needs a limit for the whole render: Esc stops that too.
     template <typename Command>
-    static void RunAnswered(Command command)
+    static void RunAnswered(Command command, int limitMs = 2000)
     {
         QTimer guard;
         guard.setSingleShot(true);
         QObject::connect(&guard, &QTimer::timeout, [] { PostEscape(EditorDialogOwner()); });
-        guard.start(2000);
+        guard.start(limitMs);
         command();
         EXPECT_TRUE(guard.isActive()) << "the dialog did not end on the input it was given";
     }

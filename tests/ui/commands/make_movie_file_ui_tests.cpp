@@ -382,11 +382,7 @@ TEST_F(MakeMovieCommand, EscDuringTheRunEndsItWritesTheTailHoldAndReportsSuccess
         if (pressedAt >= 0 || gCurFrame < 6 || CountCodecDialogAnswers() != 0)
             return;
         pressedAt = gCurFrame;
-        QKeyEvent press(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier, QStringLiteral("\x1b"));
-        QKeyEvent release(QEvent::KeyRelease, Qt::Key_Escape, Qt::NoModifier,
-                          QStringLiteral("\x1b"));
-        QCoreApplication::sendEvent(Content(pStage), &press);
-        QCoreApplication::sendEvent(Content(pStage), &release);
+        TypeEscape(pStage);
     });
     typist.start(1);
     EXPECT_EQ(Run(false), 1);
