@@ -19,8 +19,6 @@ namespace {
 constexpr char kFlashVideo[] = "flv1";
 constexpr char kFlashContainer[] = "swf";
 constexpr int kLargestFlashSide = 4096;
-// What the progress panel says while the export runs: the movie render's words.
-constexpr char kExportingText[] = "Rendering... (Hit Esc key to cancel)";
 
 unsigned char Over(unsigned char pixel, unsigned char background, unsigned alpha)
 {
@@ -41,7 +39,7 @@ long WriteFlashFrames(CDoc& doc, const FlashMovieOptions& options, long count,
         long showFrame = options.start + FlashShowFrame(i, ShowRate(), options.framesPerSecond);
         gCurFrame = showFrame;
         if (progress != nullptr) {
-            progress->Progress(static_cast<double>(i) / static_cast<double>(count), kExportingText);
+            progress->Progress(static_cast<double>(i) / static_cast<double>(count), kRenderingText);
             progress->ShowFrame(showFrame);
             if (progress->CancelRequested())
                 return i;

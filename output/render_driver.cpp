@@ -28,7 +28,6 @@ namespace {
 constexpr int kLargestMovieSide = 4096;
 constexpr float kFastestMovieRate = 60.0f;
 constexpr int kBothFields = 3;
-constexpr const char* kRenderingText = "Rendering... (Hit Esc key to cancel)";
 constexpr const char* kHoldText = "Rendering Hold... (Hit any key to cancel)";
 
 std::string Setting(const char* key, const char* defaultValue)

@@ -12,6 +12,9 @@
 
 class CDoc;
 
+// The progress text while the frames of a movie or an export are made.
+constexpr const char* kRenderingText = "Rendering... (Hit Esc key to cancel)";
+
 // What the user sees while frames are made, and how they stop it.
 class RenderProgress {
 public:
