@@ -48,11 +48,14 @@ std::vector<std::string> RecentShows()
     return paths;
 }
 
-void NoteRecentShow(const char* path)
+namespace {
+
+// Stores the recent shows with `path` taken out, and first when `first`, and shows them.
+void StoreWithout(const char* path, bool first)
 {
-    if (!path || !path[0])
-        return;
-    std::vector<std::string> paths{path};
+    std::vector<std::string> paths;
+    if (first)
+        paths.emplace_back(path);
     for (const std::string& old : RecentShows()) {
         if (old != path)
             paths.push_back(old);
@@ -62,18 +65,20 @@ void NoteRecentShow(const char* path)
         ShowRecentShowsIn(pMain->Menu);
 }
 
+}  // namespace
+
+void NoteRecentShow(const char* path)
+{
+    if (!path || !path[0])
+        return;
+    StoreWithout(path, true);
+}
+
 void ForgetRecentShow(const char* path)
 {
     if (!path)
         return;
-    std::vector<std::string> paths;
-    for (const std::string& old : RecentShows()) {
-        if (old != path)
-            paths.push_back(old);
-    }
-    Store(paths);
-    if (pMain)
-        ShowRecentShowsIn(pMain->Menu);
+    StoreWithout(path, false);
 }
 
 std::string RecentShowOfCommand(int command)
