@@ -141,6 +141,24 @@ protected:
         ASSERT_TRUE(OpenShow(kDemoShow));
         pDoc->dirty = false;
     }
+    // `pictures` pictures of `picture`, `length` frames apart, each with every key it may have,
+    // the keys 4 frames apart: key k of picture p at x = 1000 + 100 p + k. Eleven of them make a
+    // show file of more than 40,000 bytes.
+    static void FillWithEveryKey(int pictures, const std::string& picture, int length)
+    {
+        pDoc->picCount = pictures;
+        for (int pic = 0; pic < pictures; ++pic) {
+            pDoc->picSpec[pic] = PathFSpec(picture.c_str());
+            pDoc->keys[pic][0].PicStart = static_cast<float>(pic * length);
+            pDoc->keyCount[pic] = kMaxKeys;
+            for (int key = 1; key < kMaxKeys; ++key) {
+                pDoc->keys[pic][key] = pDoc->keys[pic][0];
+                pDoc->keys[pic][key].PicStart = 0;
+                pDoc->keys[pic][key].Frame = key * 4;
+                pDoc->keys[pic][key].XPos = static_cast<float>(1000 + pic * 100 + key);
+            }
+        }
+    }
     // Opens a show as the desktop hands one over.
     static bool OpenShow(const std::string& path)
     {

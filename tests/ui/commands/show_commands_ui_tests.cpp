@@ -238,18 +238,7 @@ TEST_F(ShowCommands, ShowOf40000BytesIsSavedAndLoadedWhole)
 {
     Start();
     constexpr int kPictures = 11;
-    pDoc->picCount = kPictures;
-    for (int pic = 0; pic < kPictures; ++pic) {
-        pDoc->picSpec[pic] = PathFSpec(pxtest::kLake.c_str());
-        pDoc->keys[pic][0].PicStart = static_cast<float>(pic * 150);
-        pDoc->keyCount[pic] = kMaxKeys;
-        for (int key = 1; key < kMaxKeys; ++key) {
-            pDoc->keys[pic][key] = pDoc->keys[pic][0];
-            pDoc->keys[pic][key].PicStart = 0;
-            pDoc->keys[pic][key].Frame = key * 4;
-            pDoc->keys[pic][key].XPos = static_cast<float>(1000 + pic * 100 + key);
-        }
-    }
+    FillWithEveryKey(kPictures, pxtest::kLake, 150);
     pDoc->dirty = true;
     std::string path = dir.File("long.plx");
     PushFileDialogAnswer(path.c_str());

@@ -238,18 +238,7 @@ TEST_F(MainWindow, ShowOf40000BytesLoadsCompletely)
     Start();
     // Eleven pictures of 64 keys each: past 40,000 bytes, the last keys far beyond 32,765.
     constexpr int kPictures = 11;
-    pDoc->picCount = kPictures;
-    for (int pic = 0; pic < kPictures; ++pic) {
-        pDoc->picSpec[pic] = PathFSpec(kDemoPicture.c_str());
-        pDoc->keys[pic][0].PicStart = static_cast<float>(pic * 100);
-        pDoc->keyCount[pic] = kMaxKeys;
-        for (int key = 1; key < kMaxKeys; ++key) {
-            pDoc->keys[pic][key] = pDoc->keys[pic][0];
-            pDoc->keys[pic][key].PicStart = 0;
-            pDoc->keys[pic][key].Frame = key * 4;
-            pDoc->keys[pic][key].XPos = static_cast<float>(1000 + pic * 100 + key);
-        }
-    }
+    FillWithEveryKey(kPictures, kDemoPicture, 100);
     std::string path = dir.File("long.plx");
     FSpec spec = PathFSpec(path.c_str());
     ASSERT_TRUE(pDoc->WriteShowFile(&spec));
