@@ -10,13 +10,15 @@
 #include "platform/base/memory.h"
 
 bool gCameraFilterPlainLoops = false;
-CameraLoops gCameraFilterLoops = CameraLoops::kAvx2;
+CameraLoops gCameraFilterLoops = CameraLoops::kAvx512;
 
 CameraLoops BestCameraLoops()
 {
 #if defined(__x86_64__) && defined(__GNUC__)
     static const CameraLoops best = [] {
         __builtin_cpu_init();  // may run before the constructors that would do it
+        if (__builtin_cpu_supports("avx512f"))
+            return CameraLoops::kAvx512;
         if (__builtin_cpu_supports("avx2"))
             return CameraLoops::kAvx2;
         if (__builtin_cpu_supports("sse4.1"))

@@ -69,8 +69,10 @@ inline float CameraRowPosition(const CameraRows& rows, float top, float sourceRo
 }
 
 // The loops the camera filters run. The plain loops are the reference; the vector ones give the
-// same bytes (tests compare every kind the processor has).
-enum class CameraLoops { kPlain, kSse41, kAvx2 };
+// same bytes (tests compare every kind the processor has). The straight crop's widest loops are
+// AVX2 ones, which it also runs where AVX-512 is allowed; the rotating filter has AVX2 and
+// AVX-512 loops and runs its plain loop below AVX2.
+enum class CameraLoops { kPlain, kSse41, kAvx2, kAvx512 };
 
 // The widest loops this processor runs: kPlain where it has no SSE4.1 or is no x86 processor.
 CameraLoops BestCameraLoops();
@@ -79,7 +81,7 @@ CameraLoops BestCameraLoops();
 // it has; kPlain while gCameraFilterPlainLoops is set.
 CameraLoops ActiveCameraLoops();
 
-// The widest loops the filters may use (kAvx2 unless a test or benchmark narrows them).
+// The widest loops the filters may use (kAvx512 unless a test or benchmark narrows them).
 extern CameraLoops gCameraFilterLoops;
 
 // True: the camera filters run their plain loops even on processors with wider vector

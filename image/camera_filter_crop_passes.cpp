@@ -4,7 +4,7 @@
 // [SECTION] Plain loops: every processor; the definition the vector loops must match
 // [SECTION] AVX2 loop of the general column pass (the fixed taps and the row pass have theirs in
 //           camera_filter_crop_simd_*.cpp)
-// [SECTION] Entry points: the vector loops where ActiveCameraLoops allows them
+// [SECTION] Entry points: the vector loops where CropLoops allows them
 
 #include "image/camera_filter_crop_passes.h"
 
@@ -18,6 +18,9 @@
 namespace {
 
 // ---- [SECTION] Shared pieces ----
+
+// The loops the crop runs: its widest are the AVX2 ones, also where AVX-512 is allowed.
+CameraLoops CropLoops() { return std::min(ActiveCameraLoops(), CameraLoops::kAvx2); }
 
 // The stored byte: the low 8 bits of the scaled sum, as a byte store keeps them. Unless the
 // divisor wrapped, the value is never above 255.
@@ -323,7 +326,7 @@ void BlendColumnTaps(const unsigned char* line, const CropTaps* taps,
                      const CropVectorTaps& vectorTaps, int destinationWidth, int pixelBytes,
                      unsigned char* out)
 {
-    switch (ActiveCameraLoops()) {
+    switch (CropLoops()) {
 #if PX_CAMERA_AVX2
     case CameraLoops::kAvx2:
         BlendColumnTapsAvx2(line, vectorTaps, destinationWidth, pixelBytes, out);
@@ -344,7 +347,7 @@ void BlendColumnTaps(const unsigned char* line, const CropTaps* taps,
 void BlendColumnTaps(const unsigned char* line, const CropTaps* taps, int tapCount,
                      int destinationWidth, int pixelBytes, unsigned char* out)
 {
-    if (ActiveCameraLoops() == CameraLoops::kPlain) {
+    if (CropLoops() == CameraLoops::kPlain) {
         if (pixelBytes == 4)
             BlendTapsPlainOf<4>(line, taps, tapCount, destinationWidth, out);
         else
@@ -383,7 +386,7 @@ void BlendRows(const unsigned char* rows, long stride, const Span& span, unsigne
         std::memcpy(line + from, rows + from, static_cast<size_t>(to - from));
         return;
     }
-    const CameraLoops loops = ActiveCameraLoops();
+    const CameraLoops loops = CropLoops();
     if (loops != CameraLoops::kPlain) {
         // A single row is its own last row at weight 0.
         const bool single = span.count == 1;
@@ -413,7 +416,7 @@ void BlendColumns(const unsigned char* line, const CropColumn* columns, int dest
                   int pixelBytes, unsigned char* out)
 {
 #if PX_CAMERA_AVX2
-    if (ActiveCameraLoops() == CameraLoops::kAvx2) {
+    if (CropLoops() == CameraLoops::kAvx2) {
         if (pixelBytes == 4)
             BlendColumnsAvx2<4>(line, columns, destinationWidth, out);
         else

@@ -12,6 +12,7 @@
 #include <cstring>
 
 #include "image/camera_filter.h"
+#include "image/camera_filter_rot_simd.h"
 #include "image/camera_filter_simd.h"
 
 namespace {
@@ -59,6 +60,9 @@ struct SampleLine {
     float columnStep;
     float rowStep;
     int dx;  // tap spacing across columns
+    // Where the next row's samples lie, relative to these: the vector loops read ahead there.
+    float aheadColumn = 0.0f;
+    float aheadRow = 0.0f;
 };
 
 // The source the samples are read from.
@@ -136,108 +140,6 @@ void SampleBilinear(const SourceView& source, const SampleLine& line, int dy, in
     }
 }
 
-#if PX_CAMERA_AVX2
-
-// Channel `Channel` (byte of each 32-bit word) of eight samples as floats.
-template <int Channel>
-__attribute__((target("avx2"))) inline __m256 ChannelOf(__m256i words)
-{
-    return _mm256_cvtepi32_ps(
-        _mm256_and_si256(_mm256_srli_epi32(words, 8 * Channel), _mm256_set1_epi32(0xFF)));
-}
-
-// One channel of eight bilinear samples, truncated and moved back to its byte of the word.
-template <int Channel>
-__attribute__((target("avx2"))) inline __m256i InterpolateChannel(__m256i w00, __m256i w01,
-                                                                  __m256i w10, __m256i w11,
-                                                                  __m256 fx, __m256 fy)
-{
-    __m256 q00 = ChannelOf<Channel>(w00);
-    __m256 q01 = ChannelOf<Channel>(w01);
-    __m256 q10 = ChannelOf<Channel>(w10);
-    __m256 q11 = ChannelOf<Channel>(w11);
-    __m256 top = _mm256_add_ps(q00, _mm256_mul_ps(_mm256_sub_ps(q01, q00), fx));
-    __m256 bottom = _mm256_add_ps(q10, _mm256_mul_ps(_mm256_sub_ps(q11, q10), fx));
-    __m256 value = _mm256_add_ps(top, _mm256_mul_ps(_mm256_sub_ps(bottom, top), fy));
-    return _mm256_slli_epi32(_mm256_cvttps_epi32(value), 8 * Channel);
-}
-
-// The bilinear sampler eight samples at a time: positions, the inside test and the pixel
-// addresses in the lanes of one vector; the four pixels of each inside sample gathered as 32-bit
-// words (outside lanes read nothing); each channel interpolated in a vector of its own with the
-// same single-precision operations as the plain loop, so the bytes are the same. From a 24-bit
-// source each word takes one byte past the pixel (inside the row block, whose allocation ends 4
-// bytes past the last row); that byte is dropped and alpha is 255.
-template <int PixelBytes>
-__attribute__((target("avx2"))) void SampleBilinearAvx2(const SourceView& source,
-                                                        const SampleLine& line, int dy, int width,
-                                                        unsigned char* out)
-{
-    const __m256 columnLow = _mm256_set1_ps(static_cast<float>(line.dx));
-    const __m256 columnLimit = _mm256_set1_ps(static_cast<float>(source.width - line.dx - 1));
-    const __m256 rowLow = _mm256_set1_ps(static_cast<float>(dy));
-    const __m256 rowLimit = _mm256_set1_ps(static_cast<float>(source.height - dy - 1));
-    const __m256 startColumn = _mm256_set1_ps(line.column);
-    const __m256 startRow = _mm256_set1_ps(line.row);
-    const __m256 columnStep = _mm256_set1_ps(line.columnStep);
-    const __m256 rowStep = _mm256_set1_ps(line.rowStep);
-    const __m256i rowBytes = _mm256_set1_epi32(static_cast<int>(source.rowBytes));
-    const __m256i pixelBytes = _mm256_set1_epi32(PixelBytes);
-    const __m256i lanes = _mm256_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7);
-    const __m256i opaque = _mm256_set1_epi32(PixelBytes == 3 ? static_cast<int>(0xFF000000u) : 0);
-    const __m256i outside = _mm256_set1_epi32(
-        static_cast<int>(0x111111u | static_cast<uint32_t>(OutsideAlpha(PixelBytes * 8)) << 24));
-    const auto* p00 = reinterpret_cast<const int*>(source.base);
-    const auto* p01 = reinterpret_cast<const int*>(source.base + line.dx * PixelBytes);
-    const auto* p10 = reinterpret_cast<const int*>(source.base + dy * source.rowBytes);
-    const auto* p11 =
-        reinterpret_cast<const int*>(source.base + dy * source.rowBytes + line.dx * PixelBytes);
-    int x = 0;
-    for (; x + 8 <= width; x += 8) {
-        __m256 xs = _mm256_cvtepi32_ps(_mm256_add_epi32(_mm256_set1_epi32(x), lanes));
-        __m256 column = _mm256_add_ps(startColumn, _mm256_mul_ps(xs, columnStep));
-        __m256 row = _mm256_add_ps(startRow, _mm256_mul_ps(xs, rowStep));
-        // Ordered comparisons: a position that is not a number is outside.
-        __m256 inside = _mm256_and_ps(_mm256_and_ps(_mm256_cmp_ps(column, columnLow, _CMP_GE_OQ),
-                                                    _mm256_cmp_ps(column, columnLimit, _CMP_LE_OQ)),
-                                      _mm256_and_ps(_mm256_cmp_ps(row, rowLow, _CMP_GE_OQ),
-                                                    _mm256_cmp_ps(row, rowLimit, _CMP_LE_OQ)));
-        __m256i mask = _mm256_castps_si256(inside);
-        if (_mm256_testz_si256(mask, mask)) {
-            _mm256_storeu_si256(reinterpret_cast<__m256i*>(out + 4 * x), outside);
-            continue;
-        }
-        __m256i wholeColumn = _mm256_cvttps_epi32(column);
-        __m256i wholeRow = _mm256_cvttps_epi32(row);
-        __m256 fx = _mm256_sub_ps(column, _mm256_cvtepi32_ps(wholeColumn));
-        __m256 fy = _mm256_sub_ps(row, _mm256_cvtepi32_ps(wholeRow));
-        __m256i offset =
-            _mm256_and_si256(mask, _mm256_add_epi32(_mm256_mullo_epi32(wholeRow, rowBytes),
-                                                    _mm256_mullo_epi32(wholeColumn, pixelBytes)));
-        const __m256i none = _mm256_setzero_si256();
-        __m256i w00 = _mm256_mask_i32gather_epi32(none, p00, offset, mask, 1);
-        __m256i w01 = _mm256_mask_i32gather_epi32(none, p01, offset, mask, 1);
-        __m256i w10 = _mm256_mask_i32gather_epi32(none, p10, offset, mask, 1);
-        __m256i w11 = _mm256_mask_i32gather_epi32(none, p11, offset, mask, 1);
-        __m256i result = _mm256_or_si256(opaque, InterpolateChannel<0>(w00, w01, w10, w11, fx, fy));
-        result = _mm256_or_si256(result, InterpolateChannel<1>(w00, w01, w10, w11, fx, fy));
-        result = _mm256_or_si256(result, InterpolateChannel<2>(w00, w01, w10, w11, fx, fy));
-        if constexpr (PixelBytes == 4)
-            result = _mm256_or_si256(result, InterpolateChannel<3>(w00, w01, w10, w11, fx, fy));
-        result = _mm256_blendv_epi8(outside, result, mask);
-        _mm256_storeu_si256(reinterpret_cast<__m256i*>(out + 4 * x), result);
-    }
-    // The last samples in the plain loop. Clear the vector registers' upper halves first: plain
-    // code after 256-bit code with dirty upper halves runs far slower (the compiler does not do
-    // it before a tail call).
-    _mm256_zeroupper();
-    SampleBilinear<PixelBytes>(source, line, dy, x, width, out);
-}
-
-bool UseAvx2() { return ActiveCameraLoops() == CameraLoops::kAvx2; }
-
-#endif  // PX_CAMERA_AVX2
-
 template <int PixelBytes>
 void SampleRow(const SourceView& source, const SampleLine& line, int dy, int width, bool nearest,
                unsigned char* out)
@@ -246,13 +148,32 @@ void SampleRow(const SourceView& source, const SampleLine& line, int dy, int wid
         SampleNearest<PixelBytes>(source, line, dy, width, out);
         return;
     }
+    int done = 0;
 #if PX_CAMERA_AVX2
-    if (UseAvx2()) {
-        SampleBilinearAvx2<PixelBytes>(source, line, dy, width, out);
-        return;
+    const CameraLoops loops = ActiveCameraLoops();
+    if (loops >= CameraLoops::kAvx2) {
+        const RotRowJob job{
+            source.base,
+            source.rowBytes,
+            source.width,
+            source.height,
+            line.column,
+            line.row,
+            line.columnStep,
+            line.rowStep,
+            line.dx,
+            dy,
+            line.aheadColumn,
+            line.aheadRow,
+            kOutsideLevel * 0x010101u | static_cast<uint32_t>(OutsideAlpha(PixelBytes * 8)) << 24,
+            out,
+            width};
+        done = loops == CameraLoops::kAvx512 ? SampleRotRowAvx512(job, PixelBytes)
+                                             : SampleRotRowAvx2(job, PixelBytes);
     }
 #endif
-    SampleBilinear<PixelBytes>(source, line, dy, 0, width, out);
+    // The plain loop: the whole row, or the samples after the vector loop's last step.
+    SampleBilinear<PixelBytes>(source, line, dy, done, width, out);
 }
 
 }  // namespace
@@ -290,8 +211,8 @@ bool CDIB::FilterRot(CDIB* source, float left, float top, float width, float hei
     // than the straight crop, as the two filters always have.
     const bool nearest = quality <= 49;
 
-    for (int r = rows.first; r < rows.end; r += rows.step) {
-        // Every row's ends come from its own index, so either thread places a row alike.
+    // Every row's ends come from its own index, so either thread places a row alike.
+    auto lineOf = [&](int r) {
         double rowLeft = left + r * kxStep;
         double rowWidth = width - 2.0 * r * kxStep;
         double v = CameraRowPosition(rows, top, sy, r);
@@ -307,10 +228,16 @@ bool CDIB::FilterRot(CDIB* source, float left, float top, float width, float hei
         double endRow = centreRow + ox * sinA + oy * cosA;
         double endColumn = centreColumn + ox * cosA - oy * sinA;
 
-        SampleLine line{SampleCoordinate(startColumn), SampleCoordinate(startRow),
-                        SampleCoordinate((endColumn - startColumn) / destinationWidth),
-                        SampleCoordinate((endRow - startRow) / destinationWidth),
-                        TapSpacing(rowWidth / destinationWidth, view.width)};
+        return SampleLine{SampleCoordinate(startColumn), SampleCoordinate(startRow),
+                          SampleCoordinate((endColumn - startColumn) / destinationWidth),
+                          SampleCoordinate((endRow - startRow) / destinationWidth),
+                          TapSpacing(rowWidth / destinationWidth, view.width)};
+    };
+    for (int r = rows.first; r < rows.end; r += rows.step) {
+        SampleLine line = lineOf(r);
+        const SampleLine next = lineOf(r + rows.step);
+        line.aheadColumn = next.column - line.column;
+        line.aheadRow = next.row - line.row;
         unsigned char* out = GetBitsAdd(r);
         if (view.pixelBytes == 4)
             SampleRow<4>(view, line, dy, destinationWidth, nearest, out);
