@@ -88,6 +88,10 @@ void BM_FilterCrop(benchmark::State& s) { RenderFrames(s, 0.0f, false); }
 void BM_FilterCropSplit(benchmark::State& s) { RenderFrames(s, 0.0f, true); }
 void BM_FilterRot(benchmark::State& s) { RenderFrames(s, 10.0f, false); }
 void BM_FilterRotSplit(benchmark::State& s) { RenderFrames(s, 10.0f, true); }
+void BM_FilterCropAvx2Loops(benchmark::State& s)
+{
+    RenderFrames(s, 0.0f, false, CameraLoops::kAvx2);
+}
 void BM_FilterCropSse41Loops(benchmark::State& s)
 {
     RenderFrames(s, 0.0f, false, CameraLoops::kSse41);
@@ -110,6 +114,7 @@ PX_CAMERA_BENCHMARK(BM_FilterCrop);
 PX_CAMERA_BENCHMARK(BM_FilterCropSplit);
 PX_CAMERA_BENCHMARK(BM_FilterRot);
 PX_CAMERA_BENCHMARK(BM_FilterRotSplit);
+PX_CAMERA_BENCHMARK(BM_FilterCropAvx2Loops);
 PX_CAMERA_BENCHMARK(BM_FilterCropSse41Loops);
 PX_CAMERA_BENCHMARK(BM_FilterCropPlainLoops);
 PX_CAMERA_BENCHMARK(BM_FilterRotAvx2Loops);

@@ -17,7 +17,7 @@ CameraLoops BestCameraLoops()
 #if defined(__x86_64__) && defined(__GNUC__)
     static const CameraLoops best = [] {
         __builtin_cpu_init();  // may run before the constructors that would do it
-        if (__builtin_cpu_supports("avx512f"))
+        if (__builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw"))
             return CameraLoops::kAvx512;
         if (__builtin_cpu_supports("avx2"))
             return CameraLoops::kAvx2;

@@ -69,9 +69,8 @@ inline float CameraRowPosition(const CameraRows& rows, float top, float sourceRo
 }
 
 // The loops the camera filters run. The plain loops are the reference; the vector ones give the
-// same bytes (tests compare every kind the processor has). The straight crop's widest loops are
-// AVX2 ones, which it also runs where AVX-512 is allowed; the rotating filter has AVX2 and
-// AVX-512 loops and runs its plain loop below AVX2.
+// same bytes (tests compare every kind the processor has). The rotating filter has no SSE4.1 loop
+// and runs its plain loop there.
 enum class CameraLoops { kPlain, kSse41, kAvx2, kAvx512 };
 
 // The widest loops this processor runs: kPlain where it has no SSE4.1 or is no x86 processor.

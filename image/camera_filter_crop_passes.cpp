@@ -2,9 +2,9 @@
 //
 // [SECTION] Shared pieces
 // [SECTION] Plain loops: every processor; the definition the vector loops must match
-// [SECTION] AVX2 loop of the general column pass (the fixed taps and the row pass have theirs in
-//           camera_filter_crop_simd_*.cpp)
-// [SECTION] Entry points: the vector loops where CropLoops allows them
+// [SECTION] AVX2 loop of the general column pass, also run where AVX-512 is allowed (the fixed
+//           taps and the row pass have theirs in camera_filter_crop_simd_*.cpp)
+// [SECTION] Entry points: the vector loops where ActiveCameraLoops allows them
 
 #include "image/camera_filter_crop_passes.h"
 
@@ -18,9 +18,6 @@
 namespace {
 
 // ---- [SECTION] Shared pieces ----
-
-// The loops the crop runs: its widest are the AVX2 ones, also where AVX-512 is allowed.
-CameraLoops CropLoops() { return std::min(ActiveCameraLoops(), CameraLoops::kAvx2); }
 
 // The stored byte: the low 8 bits of the scaled sum, as a byte store keeps them. Unless the
 // divisor wrapped, the value is never above 255.
@@ -300,14 +297,14 @@ int MakeCropTaps(const CropColumn* columns, int destinationWidth, uint32_t padOf
 
 size_t CropVectorTapsBytes(int destinationWidth)
 {
-    size_t padded = (static_cast<size_t>(std::max(destinationWidth, 0)) + 7) & ~size_t{7};
+    size_t padded = (static_cast<size_t>(std::max(destinationWidth, 0)) + 15) & ~size_t{15};
     return padded * sizeof(CropVectorTap);
 }
 
 CropVectorTaps MakeCropVectorTaps(const CropTaps* taps, int tapCount, int destinationWidth,
                                   uint32_t padOffset, void* memory)
 {
-    const int padded = (std::max(destinationWidth, 0) + 7) & ~7;
+    const int padded = (std::max(destinationWidth, 0) + 15) & ~15;
     auto* columns = static_cast<CropVectorTap*>(memory);
     for (int x = 0; x < padded; ++x) {
         // Columns past the row's end read the pad at weight 0; their pixels are not stored.
@@ -326,8 +323,11 @@ void BlendColumnTaps(const unsigned char* line, const CropTaps* taps,
                      const CropVectorTaps& vectorTaps, int destinationWidth, int pixelBytes,
                      unsigned char* out)
 {
-    switch (CropLoops()) {
+    switch (ActiveCameraLoops()) {
 #if PX_CAMERA_AVX2
+    case CameraLoops::kAvx512:
+        BlendColumnTapsAvx512(line, vectorTaps, destinationWidth, pixelBytes, out);
+        return;
     case CameraLoops::kAvx2:
         BlendColumnTapsAvx2(line, vectorTaps, destinationWidth, pixelBytes, out);
         return;
@@ -347,7 +347,7 @@ void BlendColumnTaps(const unsigned char* line, const CropTaps* taps,
 void BlendColumnTaps(const unsigned char* line, const CropTaps* taps, int tapCount,
                      int destinationWidth, int pixelBytes, unsigned char* out)
 {
-    if (CropLoops() == CameraLoops::kPlain) {
+    if (ActiveCameraLoops() == CameraLoops::kPlain) {
         if (pixelBytes == 4)
             BlendTapsPlainOf<4>(line, taps, tapCount, destinationWidth, out);
         else
@@ -386,7 +386,7 @@ void BlendRows(const unsigned char* rows, long stride, const Span& span, unsigne
         std::memcpy(line + from, rows + from, static_cast<size_t>(to - from));
         return;
     }
-    const CameraLoops loops = CropLoops();
+    const CameraLoops loops = ActiveCameraLoops();
     if (loops != CameraLoops::kPlain) {
         // A single row is its own last row at weight 0.
         const bool single = span.count == 1;
@@ -402,7 +402,9 @@ void BlendRows(const unsigned char* rows, long stride, const Span& span, unsigne
                        from,
                        to};
 #if PX_CAMERA_AVX2
-        if (loops == CameraLoops::kAvx2)
+        if (loops == CameraLoops::kAvx512)
+            BlendRowsAvx512(job);
+        else if (loops == CameraLoops::kAvx2)
             BlendRowsAvx2(job);
         else
             BlendRowsSse41(job);
@@ -416,7 +418,7 @@ void BlendColumns(const unsigned char* line, const CropColumn* columns, int dest
                   int pixelBytes, unsigned char* out)
 {
 #if PX_CAMERA_AVX2
-    if (CropLoops() == CameraLoops::kAvx2) {
+    if (ActiveCameraLoops() >= CameraLoops::kAvx2) {
         if (pixelBytes == 4)
             BlendColumnsAvx2<4>(line, columns, destinationWidth, out);
         else

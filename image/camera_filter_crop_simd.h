@@ -1,9 +1,9 @@
 #pragma once
 // The vector loops of the straight crop's two passes, one file per instruction set
-// (camera_filter_crop_simd_sse41.cpp, camera_filter_crop_simd_avx2.cpp). Each file is compiled
-// with its own target flags and called only on processors that have the set
-// (camera_filter_crop_passes.cpp chooses). Both instantiate the same steps
-// (camera_filter_crop_simd_steps.h) with their own register operations. They include nothing
+// (camera_filter_crop_simd_sse41.cpp, _avx2.cpp, _avx512.cpp). Each file is compiled with its own
+// target flags and called only on processors that have the set (camera_filter_crop_passes.cpp
+// chooses). All instantiate the same steps (camera_filter_crop_simd_steps.h) with their own
+// register operations. They include nothing
 // but the intrinsics, this header and the steps, and keep their helpers file-local: an inline
 // function shared with the rest of the program, compiled there with wider instructions, could be
 // the copy the linker keeps for all.
@@ -42,7 +42,7 @@ struct CropVectorTap {
     uint32_t offset;
 };
 
-// The columns of one frame, `padded` of them (a multiple of 8; the extra ones read the pad at
+// The columns of one frame, `padded` of them (a multiple of 16; the extra ones read the pad at
 // weight 0).
 struct CropVectorTaps {
     const CropVectorTap* columns;
@@ -52,6 +52,7 @@ struct CropVectorTaps {
 
 void BlendRowsSse41(const CropRowJob& job);
 void BlendRowsAvx2(const CropRowJob& job);
+void BlendRowsAvx512(const CropRowJob& job);
 
 // Destination row `out` (4 bytes per pixel, `width` pixels) from `line`, whose pixels are
 // `pixelBytes` (3 or 4) long; from 3-byte pixels alpha is 255.
@@ -59,3 +60,5 @@ void BlendColumnTapsSse41(const unsigned char* line, const CropVectorTaps& taps,
                           int pixelBytes, unsigned char* out);
 void BlendColumnTapsAvx2(const unsigned char* line, const CropVectorTaps& taps, int width,
                          int pixelBytes, unsigned char* out);
+void BlendColumnTapsAvx512(const unsigned char* line, const CropVectorTaps& taps, int width,
+                           int pixelBytes, unsigned char* out);

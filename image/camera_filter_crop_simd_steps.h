@@ -1,16 +1,16 @@
 #pragma once
 // The steps of the straight crop's vector loops, written once for any register width. Included
-// only by camera_filter_crop_simd_sse41.cpp and camera_filter_crop_simd_avx2.cpp, after
-// <immintrin.h>; each gives a struct of its instruction set's operations (`Ops`, below) and
-// instantiates the loops with it. Everything stays in an anonymous namespace, so each of the two
-// files keeps its own copy, compiled with its own target flags (see camera_filter_crop_simd.h).
+// only by camera_filter_crop_simd_sse41.cpp, _avx2.cpp and _avx512.cpp, after <immintrin.h>; each
+// gives a struct of its instruction set's operations (`Ops`, below) and instantiates the loops
+// with it. Everything stays in an anonymous namespace, so each of the three files keeps its own
+// copy, compiled with its own target flags (see camera_filter_crop_simd.h).
 //
 // What `Ops` has: `Vec` (the register type) and `kBytes` (its width), Load/Store (unaligned),
 // Zero, Set1, the byte and 16-bit unpacks, Add16/Add32, Madd16, ShiftLeft8, ScaleBack ((v ×
 // reciprocal) >> 20 per 32-bit lane), PackUs32/PackUs16, Or, ShuffleBytes, Spread<Imm> (the
-// 32-bit shuffle), Bytes(16 chars) (the 16 bytes in every 128-bit half), Prefetch (a hint, or
+// 32-bit shuffle), Bytes(16 chars) (the 16 bytes in every 128-bit part), Prefetch (a hint, or
 // nothing), and for the column pass LoadPixels (the source pixels of kBytes / 16 neighbouring
-// destination columns, one column per 128-bit half) and InPixelOrder (puts the packed pixels of
+// destination columns, one column per 128-bit part) and InPixelOrder (puts the packed pixels of
 // one step back in order).
 
 #include <cstdint>
@@ -34,7 +34,7 @@ inline unsigned char RowByte(const CropRowJob& job, long i)
 // kBytes bytes of the row pass at byte i. The first and last rows are interleaved byte by byte
 // and widened to 16-bit pairs, so that one multiply-add gives first × p + last × q per 32-bit
 // lane; the middle rows, summed in 16 bits, join as sum << 8. Unpacking and packing both work
-// within each 128-bit half in the same order, so the bytes come back in place.
+// within each 128-bit part in the same order, so the bytes come back in place.
 template <typename Ops, int Middle>  // Middle: 0, 1, or -1 for any number of middle rows
 inline void RowStep(const CropRowJob& job, typename Ops::Vec weights, typename Ops::Vec reciprocal,
                     long i)
@@ -138,7 +138,7 @@ inline typename Ops::Vec PairOrder()
                       static_cast<char>(a + 2), z, static_cast<char>(b + 2), z, a3, z, b3, z);
 }
 
-// The destination pixels x, x + 1, ... (one per 128-bit half) as the 32-bit sums of their
+// The destination pixels x, x + 1, ... (one per 128-bit part) as the 32-bit sums of their
 // channels, scaled back.
 template <typename Ops, int PixelBytes, int Taps>
 inline typename Ops::Vec ColumnSums(const unsigned char* line, const CropVectorTap* columns, int x)
