@@ -13,6 +13,7 @@ extern "C" {
 #include <libavcodec/avcodec.h>
 #include <libavformat/avformat.h>
 #include <libavutil/error.h>
+#include <libavutil/imgutils.h>
 #include <libavutil/log.h>
 #include <libavutil/pixdesc.h>
 #include <libswscale/swscale.h>
@@ -35,6 +36,10 @@ namespace {
 
 // Every frame lasts this many time units; the time scale is frames per second × 100.
 constexpr int64_t kFrameDuration = 100;
+// Rows of a frame in the encoder's pixel format start this many bytes apart at least, and the
+// frame's memory has as many spare bytes at its end, for vector code reading past the last pixel
+// (as FFmpeg's own frames have).
+constexpr int kPictureAlignment = 64;
 
 // ---- [SECTION] Failures ---------------------------------------------------------------------
 
@@ -473,8 +478,13 @@ AVFrame* mWritePicture = nullptr;                    // one frame in the encoder
 SwsContext* mWriteScaler = nullptr;                  // frame rows to encoder pixel format
 AVPixelFormat mWriteScalerSource = AV_PIX_FMT_NONE;  // the rows' pixel format it converts
 AVPacket* mCompressedData = nullptr;                 // one compressed frame on its way to the file
-int64_t mWriteNextPts = 0;                           // in the encoder's time base
-int mWriteWidth = 0;                                 // the frames given, in pixels
+// Frames for mWritePicture while the encoder's threads still read the last ones, and packets for
+// an uncompressed track: used again once let go, instead of fresh memory every frame.
+AVBufferPool* mPicturePool = nullptr;
+AVBufferPool* mPacketPool = nullptr;
+int mPacketPoolSize = 0;    // the packets' size, padding included
+int64_t mWriteNextPts = 0;  // in the encoder's time base
+int mWriteWidth = 0;        // the frames given, in pixels
 int mWriteHeight = 0;
 int mEncodedWidth = 0;  // the frames encoded: the same, or padded to even sides
 int mEncodedHeight = 0;
@@ -525,6 +535,10 @@ void ReleaseWriter(bool removeFile)
     av_frame_free(&mWritePicture);
     av_packet_free(&mCompressedData);
     avcodec_free_context(&mWriteMedia);
+    // Buffers still out (none once the encoder is gone) free the pools when they come back.
+    av_buffer_pool_uninit(&mPicturePool);
+    av_buffer_pool_uninit(&mPacketPool);
+    mPacketPoolSize = 0;
     avformat_free_context(mWriteMovie);
     mWriteMovie = nullptr;
     mWriteTrack = nullptr;
@@ -538,6 +552,38 @@ void ReleaseWriter(bool removeFile)
     mPadded.shrink_to_fit();
     mWritePath.clear();
     mWriteType.clear();
+}
+
+// Gives mWritePicture memory of its own from the pool, in place of memory the encoder may still
+// read. Nothing is copied: every byte of the frame is written before it is encoded.
+bool TakePooledPicture()
+{
+    const auto format = static_cast<AVPixelFormat>(mWritePicture->format);
+    AVBufferRef* memory = av_buffer_pool_get(mPicturePool);
+    if (memory == nullptr)
+        return false;
+    for (AVBufferRef*& held : mWritePicture->buf)
+        av_buffer_unref(&held);
+    mWritePicture->buf[0] = memory;
+    return av_image_fill_arrays(mWritePicture->data, mWritePicture->linesize, memory->data, format,
+                                mWritePicture->width, mWritePicture->height,
+                                kPictureAlignment) >= 0;
+}
+
+// An uncompressed track's packets come from mPacketPool (they all have one size); any other
+// size from FFmpeg's own allocation. Called from the encoder's threads: the pool is thread-safe
+// and set up before the encoder opens.
+int PooledPacket(AVCodecContext* media, AVPacket* packet, int flags)
+{
+    if (mPacketPool == nullptr ||
+        static_cast<int64_t>(packet->size) + AV_INPUT_BUFFER_PADDING_SIZE != mPacketPoolSize)
+        return avcodec_default_get_encode_buffer(media, packet, flags);
+    packet->buf = av_buffer_pool_get(mPacketPool);
+    if (packet->buf == nullptr)
+        return AVERROR(ENOMEM);
+    packet->data = packet->buf->data;
+    std::memset(packet->data + packet->size, 0, AV_INPUT_BUFFER_PADDING_SIZE);
+    return 0;
 }
 
 // The converter from frames whose pixels are `source` to the encoder's pixel format; kept while
@@ -607,6 +653,15 @@ OpenResult OpenWriterAs(const FFWriteRequest& request, const AVOutputFormat* con
     // As many encoding threads as the encoder finds worth it: the context's default is one,
     // which leaves the second processor idle while a frame compresses.
     mWriteMedia->thread_count = 0;
+    if (codec->id == AV_CODEC_ID_RAWVIDEO && (codec->capabilities & AV_CODEC_CAP_DR1) != 0) {
+        const int frameBytes =
+            av_image_get_buffer_size(mWriteMedia->pix_fmt, mEncodedWidth, mEncodedHeight, 1);
+        if (frameBytes > 0) {
+            mPacketPoolSize = frameBytes + AV_INPUT_BUFFER_PADDING_SIZE;
+            mPacketPool = av_buffer_pool_init(static_cast<size_t>(mPacketPoolSize), nullptr);
+            mWriteMedia->get_encode_buffer = PooledPacket;
+        }
+    }
     result = avcodec_open2(mWriteMedia, codec, &options);
     av_dict_free(&options);
     if (result < 0) {
@@ -684,9 +739,13 @@ OpenResult OpenWriterAs(const FFWriteRequest& request, const AVOutputFormat* con
     // A fixed quantiser scale goes with every frame; the encoder takes it from there.
     if ((mWriteMedia->flags & AV_CODEC_FLAG_QSCALE) != 0)
         mWritePicture->quality = mWriteMedia->global_quality;
-    result = av_frame_get_buffer(mWritePicture, 0);
-    if (result < 0) {
-        SetError("Not enough memory for a frame", result);
+    result = av_image_get_buffer_size(mWriteMedia->pix_fmt, mEncodedWidth, mEncodedHeight,
+                                      kPictureAlignment);
+    if (result > 0)
+        mPicturePool =
+            av_buffer_pool_init(static_cast<size_t>(result) + kPictureAlignment, nullptr);
+    if (mPicturePool == nullptr || !TakePooledPicture()) {
+        SetError("Not enough memory for a frame", result < 0 ? result : AVERROR(ENOMEM));
         return OpenResult::kFailed;
     }
     if (!MakeWriteScaler(AV_PIX_FMT_BGRA))
@@ -795,9 +854,9 @@ bool FFWriteMovieRows(const FFFrameRows& given, bool addSample)
         SetError("No movie is open for writing");
         return false;
     }
-    int result = av_frame_make_writable(mWritePicture);
-    if (result < 0) {
-        SetError("Not enough memory for a frame", result);
+    // The encoder's threads may still be reading the last frame.
+    if (av_frame_is_writable(mWritePicture) == 0 && !TakePooledPicture()) {
+        SetError("Not enough memory for a frame", AVERROR(ENOMEM));
         return false;
     }
     FFFrameRows frame = mPadded.empty() ? given : PadFrame(given);
@@ -824,7 +883,7 @@ bool FFWriteMovieRows(const FFFrameRows& given, bool addSample)
         return true;
     mWritePicture->pts = mWriteNextPts;
     mWriteNextPts += kFrameDuration;
-    result = avcodec_send_frame(mWriteMedia, mWritePicture);
+    int result = avcodec_send_frame(mWriteMedia, mWritePicture);
     if (result < 0) {
         SetError("Cannot compress a frame", result);
         return false;

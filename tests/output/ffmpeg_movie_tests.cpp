@@ -612,6 +612,38 @@ TEST_F(FFMovie, BottomUpBlueFirstRowsMakeTheSameMovieAsTopDownBuffers)
     }
 }
 
+TEST_F(FFMovie, FramesTheEncoderStillReadsKeepTheirPixels)
+{
+    // The encoders' threads read a frame while the next is converted into fresh memory: every
+    // frame of a lossless movie comes back exactly as it was given.
+    for (const char* type : {"raw ", "png ", "rle "}) {
+        if (!FFHasEncoder(type))
+            continue;
+        SCOPED_TRACE(type);
+        constexpr int kFrames = 12;
+        std::string path = dir.File(std::string("each") + type[0] + ".mov");
+        ASSERT_TRUE(FFOpenMovieWriter(Request(path, type, 64, 32))) << FFMovieError();
+        std::vector<Buffer> given;
+        for (int i = 0; i < kFrames; ++i) {
+            given.emplace_back(64, 32);
+            given.back().Noise(static_cast<unsigned>(i + 1));
+            for (size_t a = 0; a < given.back().bytes.size(); a += 4)
+                given.back().bytes[a] = 255;  // opaque
+            ASSERT_TRUE(FFWriteMovieFrame(given.back().bytes.data(), true)) << FFMovieError();
+        }
+        ASSERT_TRUE(FFCloseMovieWriter()) << FFMovieError();
+        int width = 0;
+        int height = 0;
+        ASSERT_TRUE(FFOpenMovieReader(path.c_str(), &width, &height));
+        for (int i = 0; i < kFrames; ++i) {
+            Buffer back(64, 32);
+            ASSERT_TRUE(FFReadMovieFrame(100L * i + 50, back.bytes.data()));
+            EXPECT_TRUE(back.bytes == given[static_cast<size_t>(i)].bytes) << "frame " << i;
+        }
+        FFCloseMovieReader();
+    }
+}
+
 TEST_F(FFMovie, EveryCodecKeepsAFlatColour)
 {
     for (const char* type : kAllTypes) {
