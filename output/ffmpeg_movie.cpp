@@ -940,6 +940,14 @@ bool FFContainerTakes(const char* path, const char* type)
 
 std::string FFWritingType() { return mWriteMedia != nullptr ? mWriteType : std::string(); }
 
+bool FFMovieStoresAlpha()
+{
+    if (mWriteMedia == nullptr || !mWriteHeaderStored)
+        return false;
+    const AVPixFmtDescriptor* descriptor = av_pix_fmt_desc_get(mWriteMedia->pix_fmt);
+    return descriptor != nullptr && (descriptor->flags & AV_PIX_FMT_FLAG_ALPHA) != 0;
+}
+
 // ---- [SECTION] Reading ----------------------------------------------------------------------
 
 namespace {

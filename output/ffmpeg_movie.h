@@ -86,6 +86,9 @@ bool FFContainerTakes(const char* path, const char* type);
 // The code the open movie is actually written with (a container may have refused the one asked
 // for); "" when no movie is open for writing.
 std::string FFWritingType();
+// Whether the open movie stores alpha (its pixel format has an alpha channel); false when no movie
+// is open for writing.
+bool FFMovieStoresAlpha();
 
 // ---- Reading ----------------------------------------------------------------------------------
 

@@ -323,6 +323,8 @@ const char* MovieLastError() { return FFMovieError(); }
 
 void SetMovieFramesOpaque(bool opaque) { mOpaqueFrames = opaque; }
 
+bool QTMovieStoresAlpha() { return mWriteOpen && FFMovieStoresAlpha(); }
+
 bool QTMovieWriteOpen([[maybe_unused]] bool notFirstMovie, FSpec* file, CDIB* firstFrame,
                       float framesPerSecond, [[maybe_unused]] int quality,
                       [[maybe_unused]] long totalFrames)

@@ -61,6 +61,8 @@ bool QTMovieWriteFrame(long frameNumber, CDIB* frame);
 // at three bytes a pixel instead of four. Off, a 32-bit first frame makes a movie that keeps
 // alpha.
 void SetMovieFramesOpaque(bool opaque);
+// Whether the movie being written stores alpha; false when none is open.
+bool QTMovieStoresAlpha();
 // Finishes and closes the movie. True when the movie was stored whole, or when none had been
 // started (nothing open, or an open that failed). The file of a failed open and a movie that
 // could not be finished are removed, so no half-written file looks complete.

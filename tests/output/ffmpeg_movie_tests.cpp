@@ -644,6 +644,32 @@ TEST_F(FFMovie, FramesTheEncoderStillReadsKeepTheirPixels)
     }
 }
 
+TEST_F(FFMovie, MovieStoresAlphaOnlyInAPixelFormatWithAlpha)
+{
+    EXPECT_FALSE(FFMovieStoresAlpha());  // nothing open
+    REQUIRE_ENCODER("png ");
+    Buffer buffer(8, 8);
+    buffer.Fill(255, 10, 20, 30);
+    const std::string path = dir.File("alpha.mov");
+    for (bool keepAlpha : {false, true}) {
+        FFWriteRequest request = Request(path, "png ", 8, 8);
+        request.keepAlpha = keepAlpha;
+        ASSERT_TRUE(FFOpenMovieWriter(request)) << FFMovieError();
+        EXPECT_EQ(FFMovieStoresAlpha(), keepAlpha);
+        ASSERT_TRUE(FFWriteMovieFrame(buffer.bytes.data(), true));
+        ASSERT_TRUE(FFCloseMovieWriter());
+        EXPECT_FALSE(FFMovieStoresAlpha());
+    }
+    if (FFHasEncoder("avc1")) {
+        const std::string h264 = dir.File("alpha.mp4");
+        FFWriteRequest request = Request(h264, "avc1", 8, 8);
+        request.keepAlpha = true;  // H.264 has no alpha to keep
+        ASSERT_TRUE(FFOpenMovieWriter(request)) << FFMovieError();
+        EXPECT_FALSE(FFMovieStoresAlpha());
+        ASSERT_TRUE(FFCloseMovieWriter());
+    }
+}
+
 TEST_F(FFMovie, EveryCodecKeepsAFlatColour)
 {
     for (const char* type : kAllTypes) {

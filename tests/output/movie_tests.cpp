@@ -394,9 +394,12 @@ TEST_P(MovieLossless, ThirtyTwoBitFrameKeepsItsAlpha)
     ASSERT_TRUE(Choose(codec));
     CDIB frame(8, 6, 32);
     Paint(frame, Pattern);
+    EXPECT_FALSE(QTMovieStoresAlpha());  // nothing open
     ASSERT_TRUE(Open("alpha.mov", &frame));
+    EXPECT_TRUE(QTMovieStoresAlpha());
     ASSERT_TRUE(QTMovieWriteFrame(0, &frame));
     ASSERT_TRUE(QTMovieWriteClose());
+    EXPECT_FALSE(QTMovieStoresAlpha());
     EXPECT_TRUE(Probe("alpha.mov").alpha);
     CDIB back(1, 1, 32);
     ASSERT_TRUE(OpenToRead("alpha.mov", &back));
@@ -445,6 +448,7 @@ TEST_P(MovieLossless, OpaqueFramesAreWrittenWithoutAlphaAndReadBackTheSame)
     bool opened = Open("rgb.mov", &frame);
     SetMovieFramesOpaque(false);
     ASSERT_TRUE(opened);
+    EXPECT_FALSE(QTMovieStoresAlpha());
     ASSERT_TRUE(QTMovieWriteFrame(0, &frame));
     ASSERT_TRUE(QTMovieWriteClose());
     // Three bytes a pixel in the file.

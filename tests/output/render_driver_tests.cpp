@@ -510,6 +510,29 @@ protected:
         QTMovieReadClose();
         return smallest;
     }
+
+    // One 32-bit picture whose column x has alpha x × alphaStep, kept as it is, and a camera
+    // that in three frames widens to see far past its edges.
+    void SeePastAThirtyTwoBitPicture(int alphaStep)
+    {
+        CDIB picture(32, 24, 32);
+        for (int row = 0; row < 24; ++row)
+            for (long x = 0; x < 32; ++x) {
+                unsigned char* pixel = picture.GetBitsAdd(row) + x * 4;
+                pixel[0] = 40;
+                pixel[1] = 50;
+                pixel[2] = 60;
+                pixel[3] = static_cast<unsigned char>(x * alphaStep);
+            }
+        FSpec spec = PathSpec(dir.File("alpha.bmp"));
+        ASSERT_TRUE(picture.Save(&spec, 0));
+        doc->ignoreAlpha = false;
+        doc->LoadPicture(&spec, 0, 0);
+        KeyStruct last = doc->keys[0][0];
+        last.Frame = 3;
+        last.Width *= 3.0f;
+        doc->SetKey(1, last, 0);
+    }
 };
 
 TEST_P(RenderDriverLossless, DraftRotatedCameraOnATwentyFourBitPictureIsOpaque)
@@ -531,27 +554,26 @@ TEST_P(RenderDriverLossless, CameraPastTheEdgeOfAThirtyTwoBitPictureIsOpaque)
 {
     // Outside a 32-bit picture the filters write alpha 0.
     UseCodec(GetParam());
-    CDIB picture(32, 24, 32);
-    for (int row = 0; row < 24; ++row)
-        for (long x = 0; x < 32; ++x) {
-            unsigned char* pixel = picture.GetBitsAdd(row) + x * 4;
-            pixel[0] = 40;
-            pixel[1] = 50;
-            pixel[2] = 60;
-            pixel[3] = static_cast<unsigned char>(x * 8);
-        }
-    FSpec spec = PathSpec(dir.File("alpha.bmp"));
-    ASSERT_TRUE(picture.Save(&spec, 0));
-    doc->ignoreAlpha = false;
-    doc->LoadPicture(&spec, 0, 0);
+    SeePastAThirtyTwoBitPicture(8);
     ASSERT_EQ(doc->picCount, 1);
-    KeyStruct last = doc->keys[0][0];
-    last.Frame = 3;
-    last.Width *= 3.0f;  // the frame sees far past the picture's edges
-    doc->SetKey(1, last, 0);
     MovieJob job = Job("edge.mov", 0, 3);
     ASSERT_EQ(MakeMovieFiles(*doc, job, progress), MovieJobResult::kMade);
     EXPECT_EQ(SmallestAlpha("edge.mov", 3), 255);
+}
+
+TEST_P(RenderDriverLossless, FramesAreMadeOpaqueForAMovieThatStoresAlpha)
+{
+    // A movie opened for frames that may carry alpha (not the job's opaque ones) stores it; the
+    // run still writes no transparent pixel, not even where the camera sees past the picture.
+    UseCodec(GetParam());
+    SeePastAThirtyTwoBitPicture(0);  // wholly transparent
+    ASSERT_EQ(doc->picCount, 1);
+    CDIB frame(kWidth, kHeight, 32);
+    ASSERT_TRUE(OpenMovie("kept.mov", &frame));
+    ASSERT_TRUE(QTMovieStoresAlpha());
+    EXPECT_TRUE(MakeMovie(*doc, &frame, 0, 0, 3, 0, 100, progress));
+    EXPECT_TRUE(QTMovieWriteClose());
+    EXPECT_EQ(SmallestAlpha("kept.mov", 3), 255);
 }
 
 INSTANTIATE_TEST_SUITE_P(Codecs, RenderDriverLossless, testing::Values("png ", "rle ", "raw "),
