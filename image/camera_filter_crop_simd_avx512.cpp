@@ -8,14 +8,7 @@
 
 #if defined(__x86_64__)
 
-// GCC 12 warns of "uninitialized" registers inside its own AVX-512 intrinsics (their undefined
-// pass-through operands); nothing here reads one.
-#if defined(__GNUC__) && !defined(__clang__)
-#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
-#endif
-
-#include <immintrin.h>
-
+#include "image/camera_filter_avx512.h"
 #include "image/camera_filter_crop_simd_steps.h"
 
 namespace {
