@@ -478,11 +478,10 @@ AVFrame* mWritePicture = nullptr;                    // one frame in the encoder
 SwsContext* mWriteScaler = nullptr;                  // frame rows to encoder pixel format
 AVPixelFormat mWriteScalerSource = AV_PIX_FMT_NONE;  // the rows' pixel format it converts
 AVPacket* mCompressedData = nullptr;                 // one compressed frame on its way to the file
-// Frames for mWritePicture while the encoder's threads still read the last ones, and packets for
-// an uncompressed track: used again once let go, instead of fresh memory every frame.
+// Frames for mWritePicture while the encoder's threads still read the last ones, and the packets
+// of an uncompressed RGB track: used again once let go, instead of fresh memory every frame.
 AVBufferPool* mPicturePool = nullptr;
 AVBufferPool* mPacketPool = nullptr;
-int mPacketPoolSize = 0;    // the packets' size, padding included
 int64_t mWriteNextPts = 0;  // in the encoder's time base
 int mWriteWidth = 0;        // the frames given, in pixels
 int mWriteHeight = 0;
@@ -495,7 +494,23 @@ std::unique_ptr<FileReplacement> mWriteReplacement;
 std::string mWritePath;
 std::string mWriteType;
 
-// Hands every packet the encoder has ready to the muxer, in the track's time base.
+// Hands mCompressedData (times in the encoder's time base) to the muxer as one frame, in the
+// track's time base, and empties it.
+bool StorePacket()
+{
+    mCompressedData->duration = kFrameDuration;
+    mCompressedData->stream_index = mWriteTrack->index;
+    av_packet_rescale_ts(mCompressedData, mWriteMedia->time_base, mWriteTrack->time_base);
+    int result = av_interleaved_write_frame(mWriteMovie, mCompressedData);
+    av_packet_unref(mCompressedData);
+    if (result < 0) {
+        SetError("Cannot write a frame to " + mWritePath, result);
+        return false;
+    }
+    return true;
+}
+
+// Hands every packet the encoder has ready to the muxer.
 bool StoreReadyPackets()
 {
     for (;;) {
@@ -506,15 +521,8 @@ bool StoreReadyPackets()
             SetError("Cannot compress a frame", result);
             return false;
         }
-        mCompressedData->duration = kFrameDuration;
-        mCompressedData->stream_index = mWriteTrack->index;
-        av_packet_rescale_ts(mCompressedData, mWriteMedia->time_base, mWriteTrack->time_base);
-        result = av_interleaved_write_frame(mWriteMovie, mCompressedData);
-        av_packet_unref(mCompressedData);
-        if (result < 0) {
-            SetError("Cannot write a frame to " + mWritePath, result);
+        if (!StorePacket())
             return false;
-        }
     }
 }
 
@@ -538,7 +546,6 @@ void ReleaseWriter(bool removeFile)
     // Buffers still out (none once the encoder is gone) free the pools when they come back.
     av_buffer_pool_uninit(&mPicturePool);
     av_buffer_pool_uninit(&mPacketPool);
-    mPacketPoolSize = 0;
     avformat_free_context(mWriteMovie);
     mWriteMovie = nullptr;
     mWriteTrack = nullptr;
@@ -568,22 +575,6 @@ bool TakePooledPicture()
     return av_image_fill_arrays(mWritePicture->data, mWritePicture->linesize, memory->data, format,
                                 mWritePicture->width, mWritePicture->height,
                                 kPictureAlignment) >= 0;
-}
-
-// An uncompressed track's packets come from mPacketPool (they all have one size); any other
-// size from FFmpeg's own allocation. Called from the encoder's threads: the pool is thread-safe
-// and set up before the encoder opens.
-int PooledPacket(AVCodecContext* media, AVPacket* packet, int flags)
-{
-    if (mPacketPool == nullptr ||
-        static_cast<int64_t>(packet->size) + AV_INPUT_BUFFER_PADDING_SIZE != mPacketPoolSize)
-        return avcodec_default_get_encode_buffer(media, packet, flags);
-    packet->buf = av_buffer_pool_get(mPacketPool);
-    if (packet->buf == nullptr)
-        return AVERROR(ENOMEM);
-    packet->data = packet->buf->data;
-    std::memset(packet->data + packet->size, 0, AV_INPUT_BUFFER_PADDING_SIZE);
-    return 0;
 }
 
 // The converter from frames whose pixels are `source` to the encoder's pixel format; kept while
@@ -653,15 +644,6 @@ OpenResult OpenWriterAs(const FFWriteRequest& request, const AVOutputFormat* con
     // As many encoding threads as the encoder finds worth it: the context's default is one,
     // which leaves the second processor idle while a frame compresses.
     mWriteMedia->thread_count = 0;
-    if (codec->id == AV_CODEC_ID_RAWVIDEO && (codec->capabilities & AV_CODEC_CAP_DR1) != 0) {
-        const int frameBytes =
-            av_image_get_buffer_size(mWriteMedia->pix_fmt, mEncodedWidth, mEncodedHeight, 1);
-        if (frameBytes > 0) {
-            mPacketPoolSize = frameBytes + AV_INPUT_BUFFER_PADDING_SIZE;
-            mPacketPool = av_buffer_pool_init(static_cast<size_t>(mPacketPoolSize), nullptr);
-            mWriteMedia->get_encode_buffer = PooledPacket;
-        }
-    }
     result = avcodec_open2(mWriteMedia, codec, &options);
     av_dict_free(&options);
     if (result < 0) {
@@ -747,6 +729,15 @@ OpenResult OpenWriterAs(const FFWriteRequest& request, const AVOutputFormat* con
     if (mPicturePool == nullptr || !TakePooledPicture()) {
         SetError("Not enough memory for a frame", result < 0 ? result : AVERROR(ENOMEM));
         return OpenResult::kFailed;
+    }
+    if (mWriteMedia->codec_id == AV_CODEC_ID_RAWVIDEO && mWriteMedia->pix_fmt == AV_PIX_FMT_RGB24) {
+        mPacketPool = av_buffer_pool_init(
+            static_cast<size_t>(3) * mEncodedWidth * mEncodedHeight + AV_INPUT_BUFFER_PADDING_SIZE,
+            nullptr);
+        if (mPacketPool == nullptr) {
+            SetError("Not enough memory for a frame", AVERROR(ENOMEM));
+            return OpenResult::kFailed;
+        }
     }
     if (!MakeWriteScaler(AV_PIX_FMT_BGRA))
         return OpenResult::kFailed;
@@ -847,6 +838,38 @@ bool FFWriteMovieFrame(const unsigned char* frame, bool addSample)
         addSample);
 }
 
+namespace {
+
+// An opaque frame of an uncompressed RGB track, reordered straight into its packet: the encoder
+// would only copy the rows, tightly packed, into a packet of its own.
+bool StoreRgbPacket(const FFFrameRows& frame, bool addSample)
+{
+    AVBufferRef* memory = av_buffer_pool_get(mPacketPool);
+    if (memory == nullptr) {
+        SetError("Not enough memory for a frame", AVERROR(ENOMEM));
+        return false;
+    }
+    const ptrdiff_t rowBytes = static_cast<ptrdiff_t>(3) * mEncodedWidth;
+    BgraRowsToRgb(frame.top, frame.stride, mEncodedWidth, mEncodedHeight, memory->data, rowBytes);
+    if (!addSample) {  // a priming frame is converted, not stored
+        av_buffer_unref(&memory);
+        return true;
+    }
+    const int bytes = static_cast<int>(rowBytes * mEncodedHeight);
+    std::memset(memory->data + bytes, 0, AV_INPUT_BUFFER_PADDING_SIZE);
+    av_packet_unref(mCompressedData);
+    mCompressedData->buf = memory;
+    mCompressedData->data = memory->data;
+    mCompressedData->size = bytes;
+    mCompressedData->pts = mWriteNextPts;
+    mCompressedData->dts = mWriteNextPts;
+    mCompressedData->flags |= AV_PKT_FLAG_KEY;
+    mWriteNextPts += kFrameDuration;
+    return StorePacket();
+}
+
+}  // namespace
+
 bool FFWriteMovieRows(const FFFrameRows& given, bool addSample)
 {
     if (mWriteMedia == nullptr || mWriteScaler == nullptr || !mWriteHeaderStored ||
@@ -854,6 +877,8 @@ bool FFWriteMovieRows(const FFFrameRows& given, bool addSample)
         SetError("No movie is open for writing");
         return false;
     }
+    if (mPacketPool != nullptr && given.order == FFPixelOrder::kBgra)
+        return StoreRgbPacket(mPadded.empty() ? given : PadFrame(given), addSample);
     // The encoder's threads may still be reading the last frame.
     if (av_frame_is_writable(mWritePicture) == 0 && !TakePooledPicture()) {
         SetError("Not enough memory for a frame", AVERROR(ENOMEM));
@@ -863,8 +888,8 @@ bool FFWriteMovieRows(const FFFrameRows& given, bool addSample)
     if (!MakeWriteScaler(frame.order == FFPixelOrder::kBgra ? AV_PIX_FMT_BGRA : AV_PIX_FMT_ARGB))
         return false;
     if (frame.order == FFPixelOrder::kBgra && mWriteMedia->pix_fmt == AV_PIX_FMT_RGB24) {
-        // Opaque frames of uncompressed, PNG and animation movies: only the bytes move, and
-        // swscale does that one pixel at a time.
+        // Opaque frames of PNG and animation movies (and uncompressed ones from other rows):
+        // only the bytes move, and swscale does that one pixel at a time.
         BgraRowsToRgb(frame.top, frame.stride, mEncodedWidth, mEncodedHeight,
                       mWritePicture->data[0], mWritePicture->linesize[0]);
     } else {

@@ -607,6 +607,9 @@ TEST_F(FFMovie, BottomUpBlueFirstRowsMakeTheSameMovieAsTopDownBuffers)
                 ASSERT_EQ(decoded[1].size(), 3u);
                 for (size_t i = 0; i < 3; ++i)
                     EXPECT_TRUE(decoded[0][i] == decoded[1][i]) << "frame " << i;
+                // Whole files alike too: an uncompressed track's frames go into their packets
+                // without the encoder, with the same times and key flags.
+                EXPECT_TRUE(pxtest::ReadBytes(path) == pxtest::ReadBytes(other));
             }
         }
     }
