@@ -233,9 +233,10 @@ bool CDIB::FilterRot(CDIB* source, float left, float top, float width, float hei
                           SampleCoordinate((endRow - startRow) / destinationWidth),
                           TapSpacing(rowWidth / destinationWidth, view.width)};
     };
+    SampleLine next = lineOf(rows.first);
     for (int r = rows.first; r < rows.end; r += rows.step) {
-        SampleLine line = lineOf(r);
-        const SampleLine next = lineOf(r + rows.step);
+        SampleLine line = next;
+        next = lineOf(r + rows.step);
         line.aheadColumn = next.column - line.column;
         line.aheadRow = next.row - line.row;
         unsigned char* out = GetBitsAdd(r);

@@ -863,7 +863,7 @@ bool StoreRgbPacket(const FFFrameRows& frame, bool addSample)
     mCompressedData->size = bytes;
     mCompressedData->pts = mWriteNextPts;
     mCompressedData->dts = mWriteNextPts;
-    mCompressedData->flags |= AV_PKT_FLAG_KEY;
+    mCompressedData->flags = AV_PKT_FLAG_KEY;
     mWriteNextPts += kFrameDuration;
     return StorePacket();
 }
@@ -877,14 +877,14 @@ bool FFWriteMovieRows(const FFFrameRows& given, bool addSample)
         SetError("No movie is open for writing");
         return false;
     }
-    if (mPacketPool != nullptr && given.order == FFPixelOrder::kBgra)
-        return StoreRgbPacket(mPadded.empty() ? given : PadFrame(given), addSample);
+    FFFrameRows frame = mPadded.empty() ? given : PadFrame(given);
+    if (mPacketPool != nullptr && frame.order == FFPixelOrder::kBgra)
+        return StoreRgbPacket(frame, addSample);
     // The encoder's threads may still be reading the last frame.
     if (av_frame_is_writable(mWritePicture) == 0 && !TakePooledPicture()) {
         SetError("Not enough memory for a frame", AVERROR(ENOMEM));
         return false;
     }
-    FFFrameRows frame = mPadded.empty() ? given : PadFrame(given);
     if (!MakeWriteScaler(frame.order == FFPixelOrder::kBgra ? AV_PIX_FMT_BGRA : AV_PIX_FMT_ARGB))
         return false;
     if (frame.order == FFPixelOrder::kBgra && mWriteMedia->pix_fmt == AV_PIX_FMT_RGB24) {
