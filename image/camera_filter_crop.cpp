@@ -167,6 +167,18 @@ void NearestRow(const unsigned char* sourceRow, int pixelBytes, const int32_t* c
     }
 }
 
+// Source rows asked for ahead of a destination row at most: all the rows a reduction of up to
+// 4 : 1 adds. Asking for the many rows of a stronger one at once could push the first of them out
+// of the cache before their turn.
+constexpr int64_t kReadAheadRows = 4;
+
+// The source rows under destination row `r`.
+Span SourceRowsUnder(const CameraRows& rows, float top, float sy, int r, int64_t sourceHeight)
+{
+    float v = CameraRowPosition(rows, top, sy, r);
+    return MakeSpan(v, v + sy, sourceHeight);
+}
+
 }  // namespace
 
 bool CDIB::FilterCrop(CDIB* source, float left, float top, float width, float height, float angle,
@@ -243,21 +255,33 @@ bool CDIB::FilterCrop(CDIB* source, float left, float top, float width, float he
         vectorTaps = MakeCropVectorTaps(work.taps, tapCount, destinationWidth,
                                         static_cast<uint32_t>(lineBytes), work.vectorTaps);
 
+    Span span = SourceRowsUnder(rows, top, sy, rows.first, sourceHeight);
     for (int r = rows.first; r < rows.end; r += rows.step) {
         unsigned char* out = GetBitsAdd(r);
-        float v = CameraRowPosition(rows, top, sy, r);
-        Span span = MakeSpan(v, v + sy, sourceHeight);
+        // The next row's span comes first, so that the source rows it adds can be asked for while
+        // this row's column pass runs.
+        Span next{};
+        if (r + rows.step < rows.end)
+            next = SourceRowsUnder(rows, top, sy, r + rows.step, sourceHeight);
         if (span.outside) {
             WriteOutsideRow(out, destinationWidth, pixelBytes);
-            continue;
+        } else {
+            if (lineFrom < lineTo) {
+                BlendRows(sourceBase + span.first * sourceRowBytes, sourceRowBytes, span, work.line,
+                          lineFrom, lineTo);
+                int64_t added = std::max(next.first, span.first + span.count);
+                int64_t addedEnd = std::min(next.first + next.count, added + kReadAheadRows);
+                if (!next.outside && added < addedEnd)
+                    ReadAheadRows(sourceBase + added * sourceRowBytes, sourceRowBytes,
+                                  static_cast<int>(addedEnd - added), lineFrom, lineTo);
+            }
+            if (tapCount > 0)
+                BlendColumnTaps(work.line, work.taps, vectorTaps, destinationWidth, pixelBytes,
+                                out);
+            else
+                BlendColumns(work.line, work.columns, destinationWidth, pixelBytes, out);
         }
-        if (lineFrom < lineTo)
-            BlendRows(sourceBase + span.first * sourceRowBytes, sourceRowBytes, span, work.line,
-                      lineFrom, lineTo);
-        if (tapCount > 0)
-            BlendColumnTaps(work.line, work.taps, vectorTaps, destinationWidth, pixelBytes, out);
-        else
-            BlendColumns(work.line, work.columns, destinationWidth, pixelBytes, out);
+        span = next;
     }
     return true;
 }

@@ -440,6 +440,18 @@ void WriteOutside(unsigned char* out, int pixelBytes)
     out[3] = OutsideAlpha(pixelBytes * 8);
 }
 
+void ReadAheadRows(const unsigned char* rows, long stride, int count, long from, long to)
+{
+    constexpr uintptr_t kCacheLine = 64;
+    for (int k = 0; k < count; ++k) {
+        // Whole cache lines, from the one holding the first byte.
+        auto line = reinterpret_cast<uintptr_t>(rows + k * stride + from) & ~(kCacheLine - 1);
+        auto end = reinterpret_cast<uintptr_t>(rows + k * stride + to);
+        for (; line < end; line += kCacheLine)
+            __builtin_prefetch(reinterpret_cast<const void*>(line), 0, 1);
+    }
+}
+
 void WriteOutsideRow(unsigned char* out, int destinationWidth, int pixelBytes)
 {
     for (int x = 0; x < destinationWidth; ++x, out += 4)

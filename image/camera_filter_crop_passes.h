@@ -65,6 +65,12 @@ int MakeCropTaps(const CropColumn* columns, int destinationWidth, uint32_t padOf
 void BlendRows(const unsigned char* rows, long stride, const Span& span, unsigned char* line,
                long from, long to);
 
+// Asks for bytes [from, to) of `count` source rows, the first at `rows`, the next ones `stride`
+// bytes further each, to be brought into the second-level cache ahead of the row pass that will
+// read them. A picture's row crosses a page every few kilobytes, and at each the processor's own
+// prefetching starts over; asked for a row early, the memory works while the column pass runs.
+void ReadAheadRows(const unsigned char* rows, long stride, int count, long from, long to);
+
 // The column pass: destination row `out` (4 bytes per pixel) from `line`, whose pixels are
 // `pixelBytes` long; the line is followed by at least 4 readable bytes.
 void BlendColumns(const unsigned char* line, const CropColumn* columns, int destinationWidth,

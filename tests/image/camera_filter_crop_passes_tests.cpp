@@ -211,4 +211,19 @@ TEST(CropOutside, OutsidePixelIsDarkGreyClearFrom32BitAndOpaqueFrom24Bit)
     EXPECT_EQ(out, (Bytes{0x11, 0x11, 0x11, 255, 0x11, 0x11, 0x11, 0}));
 }
 
+// Reading ahead only asks the memory for bytes: rows that start and end mid cache line, up to the
+// last byte of their block, read back as they were.
+TEST(CropReadAhead, RowsReadAheadAreLeftAsTheyWere)
+{
+    constexpr long kStride = 203;
+    std::vector<unsigned char> rows(3 * kStride);
+    for (size_t i = 0; i < rows.size(); ++i)
+        rows[i] = static_cast<unsigned char>(i * 7);
+    const std::vector<unsigned char> before = rows;
+    ReadAheadRows(rows.data(), kStride, 3, 5, kStride);
+    ReadAheadRows(rows.data() + kStride, kStride, 0, 0, kStride);
+    ReadAheadRows(rows.data(), kStride, 1, 9, 9);
+    EXPECT_EQ(rows, before);
+}
+
 }  // namespace
