@@ -3,10 +3,9 @@
 // (camera_filter_crop_simd_sse41.cpp, _avx2.cpp, _avx512.cpp). Each file is compiled with its own
 // target flags and called only on processors that have the set (camera_filter_crop_passes.cpp
 // chooses). All instantiate the same steps (camera_filter_crop_simd_steps.h) with their own
-// register operations. They include nothing
-// but the intrinsics, this header and the steps, and keep their helpers file-local: an inline
-// function shared with the rest of the program, compiled there with wider instructions, could be
-// the copy the linker keeps for all.
+// register operations. They include nothing but the intrinsics, this header and the steps, and
+// keep their helpers file-local: an inline function shared with the rest of the program, compiled
+// there with wider instructions, could be the copy the linker keeps for all.
 //
 // Both passes sum 8-bit pixels times 16-bit weights (at most 511) with multiply-add instructions
 // into 32-bit sums S, then scale each sum once: byte = (S × reciprocal) >> 20. The plain loops

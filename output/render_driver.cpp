@@ -212,10 +212,10 @@ bool MakeMovie(CDoc& doc, CDIB* frame, int fieldMode, long startFrame, long endF
             break;
         RenderShowFrame(doc, gCurFrame, fieldMode, rendered, &incoming);
         // The frame is a picture shown whole: no pixel of it may be transparent in a movie that
-        // stores alpha. The filters leave alpha 0 outside a 32-bit picture, and the nearest-pixel
-        // rotating filter leaves a 24-bit picture's frame with the alpha it had. The movies made
-        // here are opened for opaque frames and store alpha only with a codec that has no form
-        // without it; the others drop alpha anyway.
+        // stores alpha. The filters leave alpha 0 outside a 32-bit picture, and the placeholder of
+        // a picture that could not be read has alpha 0 throughout. The movies made here are
+        // opened for opaque frames and store alpha only with a codec that has no form without it;
+        // the others drop alpha anyway.
         if (QTMovieStoresAlpha())
             rendered->SetAlpha(255);
         if (i == 0 && !WriteHold(queue, rendered, holdFrames, progress)) {

@@ -11,5 +11,5 @@ class CDoc;
 // dissolve (re-created at out's size when one is needed). A draft frame starts opaque, so the
 // nearest-pixel filter that leaves alpha alone leaves it opaque; full-quality filters write alpha
 // themselves, and where a 32-bit picture does not cover the frame alpha stays as the renderer
-// wrote it. False when the renderer refused the frame; `out` then holds what it held before.
+// wrote it. False when the renderer refused the frame.
 bool RenderShowFrame(CDoc& doc, long frame, int fieldMode, CDIB* out, CDIB* incoming);
